@@ -1,0 +1,27 @@
+# What every target of this project is compiled with. None of it is exported to those who use the library.
+
+add_library(configtools_warnings INTERFACE)
+target_compile_options(configtools_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Werror
+    -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual -Wcast-align
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wundef -Wunused
+    $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wuseless-cast -Wsuggest-override>
+    $<$<CXX_COMPILER_ID:Clang>:-Winconsistent-missing-override -Wimplicit-fallthrough -Wextra-semi>)
+
+add_library(configtools_sanitizers INTERFACE)
+if(CONFIGTOOLS_SANITIZE)
+    set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_options(configtools_sanitizers INTERFACE ${sanitizers} -g1)
+    target_link_options(configtools_sanitizers INTERFACE ${sanitizers})
+endif()
+
+add_library(configtools_options INTERFACE)
+target_link_libraries(configtools_options INTERFACE configtools_warnings configtools_sanitizers)
+target_compile_features(configtools_options INTERFACE cxx_std_20)
+target_compile_options(configtools_options INTERFACE
+    # A null reference is part of the contract of an element's metadata: checks on it must stay in the code.
+    -fno-delete-null-pointer-checks
+    # Unique symbols keep a module mapped for ever, so that unloading would do nothing.
+    $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>
+    # __FILE__ names a place in the source tree, not on the machine that built it.
+    "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")

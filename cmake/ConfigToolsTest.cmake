@@ -1,0 +1,28 @@
+# How the tests of this project are declared. Included by tests/CMakeLists.txt.
+
+include(GoogleTest)
+find_package(GTest REQUIRED)
+
+# GoogleTest's headers cost more to compile than most tests: they are compiled once.
+add_library(configtools_test_pch OBJECT "${PROJECT_SOURCE_DIR}/tests/support/pch.cpp")
+target_link_libraries(configtools_test_pch PRIVATE configtools_options GTest::gmock)
+target_precompile_headers(configtools_test_pch PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+set_target_properties(configtools_test_pch PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
+
+# configtools_add_test(NAME <name> SOURCES <file>... [INTERNAL] [LIBRARIES <library>...])
+# A program of tests, each of which ctest runs by itself. It links the shared library as an outsider would;
+# with INTERNAL it links the library's objects instead, and sees its internal headers.
+function(configtools_add_test)
+    cmake_parse_arguments(PARSE_ARGV 0 arg "INTERNAL" "NAME" "SOURCES;LIBRARIES")
+    set(library $<IF:$<BOOL:${arg_INTERNAL}>,configtools_internal,ConfigTools::configtools>)
+    configtools_present(sources ${arg_SOURCES})
+    if(sources MATCHES "nothing_yet")
+        return()
+    endif()
+    add_executable(${arg_NAME} ${sources})
+    target_link_libraries(${arg_NAME} PRIVATE
+        ${library} configtools_test_support ${arg_LIBRARIES} configtools_options GTest::gmock GTest::gmock_main)
+    target_precompile_headers(${arg_NAME} REUSE_FROM configtools_test_pch)
+    set_target_properties(${arg_NAME} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
+    gtest_discover_tests(${arg_NAME} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${arg_NAME}/" PROPERTIES TIMEOUT 120)
+endfunction()

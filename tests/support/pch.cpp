@@ -1,0 +1,1 @@
+// GoogleTest's headers are compiled here, once for all tests.
