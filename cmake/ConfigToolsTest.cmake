@@ -7,7 +7,7 @@ find_package(GTest REQUIRED)
 add_library(configtools_test_pch OBJECT "${PROJECT_SOURCE_DIR}/tests/support/pch.cpp")
 target_link_libraries(configtools_test_pch PRIVATE configtools_options GTest::gmock)
 target_precompile_headers(configtools_test_pch PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
-set_target_properties(configtools_test_pch PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
+set_target_properties(configtools_test_pch PROPERTIES CXX_EXTENSIONS OFF)
 
 # configtools_add_test(NAME <name> SOURCES <file>... [INTERNAL] [LIBRARIES <library>...])
 # A program of tests, each of which ctest runs by itself. It links the shared library as an outsider would;
@@ -23,6 +23,6 @@ function(configtools_add_test)
     target_link_libraries(${arg_NAME} PRIVATE
         ${library} configtools_test_support ${arg_LIBRARIES} configtools_options GTest::gmock GTest::gmock_main)
     target_precompile_headers(${arg_NAME} REUSE_FROM configtools_test_pch)
-    set_target_properties(${arg_NAME} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
+    set_target_properties(${arg_NAME} PROPERTIES CXX_EXTENSIONS OFF)
     gtest_discover_tests(${arg_NAME} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${arg_NAME}/" PROPERTIES TIMEOUT 120)
 endfunction()
