@@ -1,17 +1,21 @@
 # What every target of this project is compiled with. None of it is exported to those who use the library.
 
+set(configtools_warnings_of_both -Wall -Wextra -Wpedantic -Werror
+    -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual -Wcast-align
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wundef -Wunused)
+set(configtools_warnings_of_gnu -Wduplicated-cond -Wlogical-op -Wsuggest-override)
+set(configtools_warnings_of_clang -Winconsistent-missing-override -Wimplicit-fallthrough -Wextra-semi)
+
 add_library(configtools_warnings INTERFACE)
 target_compile_options(configtools_warnings INTERFACE
-    -Wall -Wextra -Wpedantic -Werror
-    -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual -Wcast-align
-    -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wundef -Wunused
-    $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wuseless-cast -Wsuggest-override>
-    $<$<CXX_COMPILER_ID:Clang>:-Winconsistent-missing-override -Wimplicit-fallthrough -Wextra-semi>)
+    ${configtools_warnings_of_both}
+    "$<$<CXX_COMPILER_ID:GNU>:${configtools_warnings_of_gnu}>"
+    "$<$<CXX_COMPILER_ID:Clang>:${configtools_warnings_of_clang}>")
 
 add_library(configtools_sanitizers INTERFACE)
 if(CONFIGTOOLS_SANITIZE)
     set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    target_compile_options(configtools_sanitizers INTERFACE ${sanitizers} -g1)
+    target_compile_options(configtools_sanitizers INTERFACE ${sanitizers} -O1 -g1)
     target_link_options(configtools_sanitizers INTERFACE ${sanitizers})
 endif()
 
