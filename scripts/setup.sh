@@ -1,0 +1,64 @@
+# What scripts/demo, scripts/test and scripts/tidy share; sourced, not run.
+
+BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libtomlplusplus-dev)
+TEST_PACKAGES=(clang libgtest-dev libgmock-dev libbenchmark-dev)
+TIDY_PACKAGES=(clang-tidy)
+
+SCRIPT=$(basename "$0")
+ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+JOBS=$(nproc)
+STEP="starting"
+
+say() { printf '\n==> %s\n' "$*"; }
+begin() { STEP=$1; say "$1"; }
+run() { printf '$ %s\n' "$*"; "$@"; }
+
+# The last line of every script is one clear word.
+finish() {
+    local status=$?
+    if [ "$status" -eq 0 ]; then
+        printf '\n%s: OK\n' "$SCRIPT"
+    else
+        printf '\n%s: FAILED while %s\n' "$SCRIPT" "$STEP"
+    fi
+}
+trap finish EXIT
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        echo "Neither root nor sudo: please run as root: $*" >&2
+        return 1
+    fi
+}
+
+# require_packages <package>...: installs those that are missing; where nothing is missing, only dpkg-query runs.
+require_packages() {
+    begin "looking for the packages needed"
+    if ! command -v dpkg-query >/dev/null; then
+        echo "Not a Debian system: taking for granted what these packages hold: $*"
+        return
+    fi
+    local package missing=()
+    for package in "$@"; do
+        if [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+            missing+=("$package")
+        fi
+    done
+    if [ "${#missing[@]}" -eq 0 ]; then
+        echo "All are there: $*"
+        return
+    fi
+    begin "installing ${missing[*]}"
+    as_root apt-get -qq update
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -y --no-install-recommends install "${missing[@]}"
+}
+
+# Compiling the same twice is saved where ccache is at hand; nothing depends on it.
+if command -v ccache >/dev/null; then
+    export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_SLOPPINESS=pch_defines,time_macros
+fi
+cd "$ROOT"
