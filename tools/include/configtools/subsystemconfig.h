@@ -1,0 +1,98 @@
+/// The configuration of one subsystem in one device store: one layer of a chip's configuration.
+
+#ifndef CONFIGTOOLS_SUBSYSTEMCONFIG_H
+#define CONFIGTOOLS_SUBSYSTEMCONFIG_H
+
+#include <configtools/context.h>
+#include <configtools/elements.h>
+#include <configtools/readerwriter.h>
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace VrexZynConfigTools {
+
+class CChipConfig;
+class CElementIndex;
+
+/// Holds elements in order of arrival, answers lookups by key number or key text, and takes elements straight from a
+/// reader. It owns the elements and a private copy of the context that describes it. What a lookup returns stays the
+/// subsystem's; a miss is the null element, whose `IsValid` is false. No operation sets an error.
+///
+/// A key text is a name (compared without case) or a number with base detection ("0x10", "16", "020"), and for a table
+/// row ".index" pieces behind it: "NAME.3.7". A piece that is no number counts as 0.
+class CONFIGTOOLS_EXPORT CSubsystemConfig : public IConfigReaderElementObserver, public IWritable
+{
+public:
+    /// Clones the context. `observer`, which stays the caller's and may be null, is told of each element newly added.
+    CSubsystemConfig(CBaseContext & context, IConfigReaderElementObserver * observer);
+    CSubsystemConfig(const CSubsystemConfig &) = delete;
+    CSubsystemConfig & operator=(const CSubsystemConfig &) = delete;
+    ~CSubsystemConfig() override;
+
+    /// Writes the elements in order until one fails. Elements with the number 0 are passed over, intended: they
+    /// carry no key that a writer could use.
+    bool Write(IConfigWriter & writer, IConfigContext & context) override;
+
+    /// Sum of the elements' sizes, in bytes.
+    std::uint64_t Size();
+
+    /// The subsystem type as the context told it at construction.
+    unsigned short Type();
+
+    /// The element with this number, table rows included; of several the one added last.
+    CElement & Element(std::uint32_t id);
+
+    /// The element with this key text; of several the first, where the form above gives the last, intended. A text
+    /// without indices finds no table rows.
+    CElement & Element(const std::string & key);
+
+    /// All elements in order of arrival; or those with one number.
+    const std::list<CElement *> & Elements();
+    const std::list<CElement *> Elements(std::uint32_t id);
+
+    /// Whether the first element with this number has no payload bytes; true also if there is no such element.
+    bool ElementsIsEmpty(std::uint32_t id);
+
+    /// Removes and deletes every element that key and indices select. With null, plain elements and what the text's
+    /// own indices name; else the rows with these indices (and plain elements, whatever the indices, intended). The
+    /// number goes through its text, so that one above 2147483647 selects nothing, intended.
+    void RemoveElement(std::uint32_t id, const std::vector<std::uint32_t> * indices);
+    void RemoveElement(const std::string & key, const std::vector<std::uint32_t> * indices);
+
+    /// The subsystem's own context; stays the subsystem's.
+    CBaseContext & Context();
+
+    /// Copies the tags of `source` into the subsystem's context; without `overwrite` only those it has no value for.
+    void MergeContext(CBaseContext & source, bool overwrite);
+
+private:
+    friend class CChipConfig;
+    using ElementList = std::list<CElement *>;
+
+    /// Takes ownership of `element` and is always true. With indices in the context ("num_indices" present, and the
+    /// values of all tags whose key contains "index") the element becomes a table row. The tag "insertmode" decides
+    /// about one that is there already: "overwrite" replaces it, "new" keeps it and deletes the newcomer, anything
+    /// else adds a further one.
+    bool OnElementFound(CElement * element, IConfigContext & context) override;
+
+    std::vector<std::uint32_t> CollectIndices(IConfigContext & context);
+    bool InsertOrReplaceElement(CElement * element, IConfigContext & context);
+    bool GetNameAndIndices(const std::string & key, std::string & name, std::vector<std::uint32_t> & indices);
+    ElementList::iterator ElementIterator(std::uint32_t id, const std::vector<std::uint32_t> * indices);
+    ElementList::iterator ElementIterator(const std::string & key, const std::vector<std::uint32_t> * indices);
+    bool RemoveElement(ElementList::iterator position);
+
+    unsigned short mType;
+    ElementList mElements;                      // owned
+    CBaseContext * mContext;                    // owned
+    IConfigReaderElementObserver * mObserver;   // not owned, may be null
+    std::unique_ptr<CElementIndex> mIndex;      // finds in mElements what a walk would find
+};
+
+}   // namespace VrexZynConfigTools
+
+#endif
