@@ -1,7 +1,7 @@
 # What scripts/demo, scripts/test and scripts/tidy share; sourced, not run.
 
 BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libtomlplusplus-dev)
-TEST_PACKAGES=(clang libgtest-dev libgmock-dev libbenchmark-dev)
+TEST_PACKAGES=(clang libgtest-dev libgmock-dev libbenchmark-dev pkgconf)
 TIDY_PACKAGES=(clang-tidy)
 
 SCRIPT=$(basename "$0")
