@@ -54,7 +54,8 @@ require_packages() {
     fi
     begin "installing ${missing[*]}"
     as_root apt-get -qq update
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -y --no-install-recommends install "${missing[@]}"
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -y --no-install-recommends install \
+        "${missing[@]}" >/dev/null
 }
 
 # Compiling the same twice is saved where ccache is at hand; nothing depends on it.
