@@ -5,7 +5,7 @@
 
 #include <messages/messages.h>
 
-#include <cstdint>
+#include <cstddef>
 #include <string>
 #include <type_traits>
 
@@ -26,35 +26,43 @@ public:
     {}
     ~CDebugSentryWithReturn() override { CheckPrintExit(); }
 
-    /// Writes the exit line with the result, at level 0.
+    /// Writes the exit line with the value that the result holds now, at level 0; at most once.
     void PrintExit() override
     {
+        CMessageHandler * const handler = TakeHandler();
+        if (handler == nullptr)
+            return;
         if constexpr (std::is_same_v<T, std::string>)
-            Print("<- %s [returning \"%s\"]", mResult->c_str());
+            Print(handler, "<- %s [returning \"%s\"]", mResult->c_str());
         else if constexpr (std::is_same_v<T, bool>)
-            Print("<- %s [returning %s]", *mResult ? "true" : "false");
+            Print(handler, "<- %s [returning %s]", *mResult ? "true" : "false");
         else if constexpr (std::is_enum_v<T> || std::is_same_v<T, int> || std::is_same_v<T, unsigned short>)
-            Print("<- %s [returning %d]", static_cast<int>(*mResult));
-        else if constexpr (std::is_same_v<T, std::uint32_t>)
-            Print("<- %s [returning %lu]", static_cast<unsigned long>(*mResult));
-        else if constexpr (std::is_same_v<T, std::uint64_t>)
-            Print("<- %s [returning %llu]", static_cast<unsigned long long>(*mResult));
+            Print(handler, "<- %s [returning %d]", static_cast<int>(*mResult));
+        else if constexpr (IsInteger(4, false))
+            Print(handler, "<- %s [returning %lu]", static_cast<unsigned long>(*mResult));
+        else if constexpr (IsInteger(8, false))
+            Print(handler, "<- %s [returning %llu]", static_cast<unsigned long long>(*mResult));
         else {
-            static_assert(std::is_same_v<T, std::int64_t>, "no exit format is settled for this result type");
-            Print("<- %s [returning %lld]", static_cast<long long>(*mResult));
+            static_assert(IsInteger(8, true), "no exit format is settled for this result type");
+            Print(handler, "<- %s [returning %lld]", static_cast<long long>(*mResult));
         }
     }
 
 private:
+    static constexpr bool IsInteger(std::size_t bytes, bool isSigned)
+    {
+        return std::is_integral_v<T> && sizeof(T) == bytes && std::is_signed_v<T> == isSigned;
+    }
+
     template <typename ValueT>
-    void Print(const char * format, ValueT value)
+    void Print(CMessageHandler * handler, const char * format, ValueT value)
     {
 #if defined(__GNUC__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 #pragma GCC diagnostic ignored "-Wformat-security"
 #endif
-        mHandler->DebugOutputInHandler(0, false, true, mFunction, mFile, mLine, format, mFunction, value);
+        handler->DebugOutputInHandler(0, false, true, mFunction, mFile, mLine, format, mFunction, value);
 #if defined(__GNUC__)
 #pragma GCC diagnostic pop
 #endif

@@ -52,7 +52,8 @@ struct DebugLine
     const char * mText;   // without a line end
 };
 
-/// Where debug lines and status messages go. What a sink throws is swallowed, and the line is lost.
+/// Where debug lines and status messages go. What a sink throws is swallowed, and the line is lost. A sink may call
+/// the library; the lines and messages that this causes are not told to it.
 class CONFIGTOOLS_EXPORT IMessageSink
 {
 public:
@@ -135,7 +136,7 @@ private:
 
     static CTheMsgHnd mInstance;
     static CMessageHandler mHandlers[GROUP_COUNT];
-    static std::uint32_t mDebugLimit;   // 0 for off, else the highest level wanted, plus 1
+    static std::uint64_t mDebugLimit;   // 0 for off, else the highest level wanted, plus 1
     static IMessageSink * mSink;
 };
 
@@ -171,10 +172,18 @@ public:
 
     virtual ~CDebugSentry() { CheckPrintExit(); }
 
-    /// Writes the exit line. Derived classes write theirs with the result.
+    /// Writes the exit line, unless it has been written or none is due. Derived classes write theirs with the result.
     virtual void PrintExit();
 
 protected:
+    /// For `PrintExit`: the handler to write to, once; null from then on, and when no exit line is due.
+    CMessageHandler * TakeHandler()
+    {
+        CMessageHandler * const handler = mHandler;
+        mHandler = nullptr;
+        return handler;
+    }
+
     /// Writes the exit line through `PrintExit`, unless it has been written. The destructor of each derived class
     /// calls it, before the base is left. Lets no exception out.
     void CheckPrintExit()
