@@ -3,8 +3,11 @@
 /// fields. `Inspect` walks a key's shape and calls an observer in a fixed order.
 ///
 /// A metadata plug-in builds the records, which live as long as their provider; elements and payloads point at them.
-/// A record owns its detail and its table indices; a detail points back at its record. No operation fails or sets an
-/// error: what is absent is a null pointer or an empty text. Finished records are only read.
+/// A record owns its detail and its table indices; a detail points back at its record. No operation fails: what is
+/// absent is a null pointer or an empty text. Finished records are only read.
+///
+/// Bad metadata ends a walk early with an error in `GROUP_FRAMEWORK`, and with what was opened closed: structs nested
+/// more than 64 deep, such as a struct that holds itself, and more than 65536 structs within one.
 
 #ifndef CONFIGTOOLS_METADATA_H
 #define CONFIGTOOLS_METADATA_H
@@ -12,6 +15,7 @@
 #include <configtools/export.h>
 #include <configtools/types.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -118,14 +122,16 @@ public:
     virtual std::string ToString(const std::string & separator) const = 0;
 
     /// Walks the record: element and indices (only if `PsId` isn't 0: a record with 0 is a field within a struct),
-    /// then the detail, once, or for an array once per item until the observer ends it.
+    /// then the detail, once, or for an array once per item until the observer ends it. A field that is an array of
+    /// structs ends after one item whatever the observer answers, intended.
     virtual void Inspect(IMetadataInspectorObserver & observer) const = 0;
 
     virtual ~IMetadata() = default;
 };
 
 /// The one concrete record. Copies share detail and table indices with their source, so a record and its copy may not
-/// both be destroyed: never hold records by value in a container.
+/// both be destroyed: never hold records by value in a container. What a record held before it is assigned to is
+/// forgotten without being freed, because another copy may share it.
 class CONFIGTOOLS_EXPORT CMetadata : public IMetadata
 {
 public:
@@ -178,11 +184,13 @@ public:
     /// intended, because elements may still be walking it.
     void SetDetails(IMetadataDetail & details);
 
-    /// Appends an index, which belongs to the record from now on.
+    /// Appends an index, which belongs to the record from now on. A null index takes a position and is not inspected.
     void AddTableIndex(CTableIndex * index);
 
 private:
+    void InspectIndices(IMetadataInspectorObserver & observer) const;
     void InspectDetails(IMetadataInspectorObserver & observer) const;
+    void Swap(CMetadata & other) noexcept;
 
     int mUid;
     std::uint32_t mPsId;   // 0 marks a field within a struct
@@ -262,7 +270,7 @@ public:
     int EnumValue(const std::string & name);
 
     /// The last name, in name order, with this number; empty for none.
-    std::string EnumName(std::int32_t value);
+    std::string EnumName(std::int32_t value) const;
 
 private:
     std::map<std::string, int> mEnums;
@@ -283,7 +291,8 @@ public:
     void Inspect(IMetadataInspectorObserver & observer) override;
     MetadataTypeEnum MetadataType() override;
 
-    /// Appends a field. The name is ignored, intended: the field's record has it. The record stays its provider's.
+    /// Appends a field. The name is ignored, intended: the field's record has it. The record stays its provider's;
+    /// a field without one, null, is an error when it is inspected and prints as nothing.
     /// Position and width are in bits; position 0 is the least significant bit of the first word.
     void AddField(
         const std::string & name, const IMetadata * metadata, int elemLsbBitPosition, int elemBitWidth);
@@ -296,13 +305,15 @@ public:
     /// struct that holds structs has only those reordered; both intended.
     void OrderFieldsForTargetArchitecture();
 
-    /// Stable.
+    /// Fields at one position keep their order.
     void SortByAscendingBitPosition();
 
     /// Whether a field is itself a struct.
     bool IsNested() const;
 
 private:
+    void OrderFieldsOfInnerStructs();
+
     std::vector<const CStructField *> mFields;   // owned
     bool mIsLittleEndian;
     bool mIsOctetsInBin;
