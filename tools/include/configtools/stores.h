@@ -121,7 +121,9 @@ struct ChunkItem
 /// Numbered blocks in the order of their first insertion.
 ///
 /// A copy points at the very buffers of its source, and each frees them when cleared: use a copy for reading only,
-/// and clear or destroy only one of the two.
+/// and clear or destroy only one of the two. What a collection held before it is assigned to is forgotten without
+/// being freed, because another copy may share it. Positions have 16 bits: of more than 65536 chunks, which takes
+/// repeated ids, a later one answers with the chunk 65536 places ahead of it, intended.
 class CONFIGTOOLS_EXPORT CChunkCollection
 {
 public:
@@ -130,15 +132,16 @@ public:
     CChunkCollection & operator=(const CChunkCollection & other);
     virtual ~CChunkCollection();
 
-    /// Appends a chunk with a copy of `length` bytes. An id that exists already gets a second chunk, and the later
-    /// one answers for it.
-    void Insert(std::uint16_t id, const void * data, std::uint16_t length);
+    /// Appends a chunk with a copy of `length` bytes, zeros if `data` is null. `data` is only read. An id that exists
+    /// already gets a second chunk, and the later one answers for it.
+    void Insert(std::uint16_t id, void * data, std::uint16_t length);
 
-    /// Gives the chunk of `id` new content in its old place. Only for an id that exists: see `Chunk`.
-    void Replace(std::uint16_t id, const void * data, std::uint16_t length);
+    /// Gives the chunk of `id` new content in its old place, copied as `Insert` does. Only for an id that exists: any
+    /// other overwrites the first chunk and exists from then on, intended; an empty collection stays empty.
+    void Replace(std::uint16_t id, void * data, std::uint16_t length);
 
     /// `Replace` if the id exists, else `Insert`.
-    void Add(std::uint16_t id, const void * data, std::uint16_t length);
+    void Add(std::uint16_t id, void * data, std::uint16_t length);
 
     bool Exists(std::uint16_t id) const;
 
@@ -150,8 +153,9 @@ public:
 
     const std::vector<ChunkItem> & Chunks() const;
 
-    /// The chunk of `id`. An id that doesn't exist answers with the first chunk, and exists from then on, intended;
-    /// an empty collection answers with an empty chunk that isn't part of it. Ask `Exists` first.
+    /// The chunk of `id`, valid until the next change. An id that doesn't exist answers with the first chunk, and
+    /// exists from then on, intended; an empty collection answers with an empty chunk that isn't part of it. Ask
+    /// `Exists` first.
     const ChunkItem & Chunk(std::uint16_t id);
 
 private:
