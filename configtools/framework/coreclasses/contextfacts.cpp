@@ -13,31 +13,6 @@
 
 namespace VrexZynConfigTools {
 
-namespace {
-
-InsertModeEnum InsertModeOf(IConfigContext & context)
-{
-    if (context.TagMatches(keywords::TAG_INSERT_MODE, keywords::INSERT_OVERWRITE))
-        return InsertModeEnum::OVERWRITE;
-    if (context.TagMatches(keywords::TAG_INSERT_MODE, keywords::INSERT_NEW))
-        return InsertModeEnum::KEEP;
-    return InsertModeEnum::ADD;
-}
-
-// Every tag whose key contains "index" counts, also one such as "myindexfoo", and the number in "num_indices" is not
-// looked at, only its presence; both intended: readers are free in how they number their index tags.
-std::vector<std::uint32_t> IndicesOf(IConfigContext & context)
-{
-    std::vector<std::uint32_t> indices;
-    if (context.TagMatches(keywords::TAG_NUM_INDICES, keywords::EMPTY))
-        return indices;
-    for (const std::string & value : context.GetTags(keywords::TAG_INDEX))
-        indices.push_back(static_cast<std::uint32_t>(stringutil::DecimalToInt32(value)));
-    return indices;
-}
-
-} // namespace
-
 CContextFacts * CContextFacts::Of(IConfigContext & context)
 {
     if (CTheMsgHnd::DebugActivated())
@@ -58,19 +33,33 @@ CContextFacts * CContextFacts::Of(IConfigContext & context)
     return &facts;
 }
 
-CReadOptions CContextFacts::ReadOptionsOf(IConfigContext & context)
+InsertModeEnum CContextFacts::InsertModeOf(IConfigContext & context)
 {
-    CReadOptions options;
-    options.mIndices = IndicesOf(context);
-    options.mInsertMode = InsertModeOf(context);
-    options.mIsFiltered = !context.GetTag(keywords::TAG_LAYER_FILTER).empty();
-    return options;
+    if (context.TagMatches(keywords::TAG_INSERT_MODE, keywords::INSERT_OVERWRITE))
+        return InsertModeEnum::OVERWRITE;
+    if (context.TagMatches(keywords::TAG_INSERT_MODE, keywords::INSERT_NEW))
+        return InsertModeEnum::KEEP;
+    return InsertModeEnum::ADD;
+}
+
+// Every tag whose key contains "index" counts, also one such as "myindexfoo", and the number in "num_indices" is not
+// looked at, only its presence; both intended: readers are free in how they number their index tags.
+std::vector<std::uint32_t> CContextFacts::IndicesOf(IConfigContext & context)
+{
+    std::vector<std::uint32_t> indices;
+    if (context.TagMatches(keywords::TAG_NUM_INDICES, keywords::EMPTY))
+        return indices;
+    for (const std::string & value : context.GetTags(keywords::TAG_INDEX))
+        indices.push_back(static_cast<std::uint32_t>(stringutil::DecimalToInt(value)));
+    return indices;
 }
 
 const CReadOptions & CContextFacts::ReadOptions(IConfigContext & context)
 {
     if (!mHasOptions) {
-        mOptions = ReadOptionsOf(context);
+        mOptions.mInsertMode = InsertModeOf(context);
+        mOptions.mIndices = IndicesOf(context);
+        mOptions.mIsFiltered = !context.GetTag(keywords::TAG_LAYER_FILTER).empty();
         mHasOptions = true;
     }
     return mOptions;
@@ -83,4 +72,4 @@ const CSearchPath & CContextFacts::KeepSearchPath(const CSearchPath & path, std:
     return mPath;
 }
 
-} // namespace VrexZynConfigTools
+}   // namespace VrexZynConfigTools

@@ -22,17 +22,17 @@ class IConfigContext;
 /// How an element that is already stored counts, by the tag "insertmode".
 enum class InsertModeEnum
 {
-    ADD,         // no test is made
-    KEEP,        // "new"
-    OVERWRITE    // "overwrite"
+    ADD,        // no test is made
+    KEEP,       // "new"
+    OVERWRITE   // "overwrite"
 };
 
 /// What the tags of a context mean for the elements that a reader delivers with it.
 struct CReadOptions
 {
     InsertModeEnum mInsertMode = InsertModeEnum::ADD;
-    bool mIsFiltered = false;               // "layerfilter" has a value
-    std::vector<std::uint32_t> mIndices;    // of a table row; empty for a plain key
+    bool mIsFiltered = false;              // "layerfilter" has a value
+    std::vector<std::uint32_t> mIndices;   // of a table row; empty for a plain key
 };
 
 /// The subsystems in which a lookup searches, topmost layer first.
@@ -40,7 +40,7 @@ struct CSearchPath
 {
     static constexpr std::size_t MAX_LENGTH = 16;   // layers 15 to 0
 
-    std::array<CSubsystemConfig *, MAX_LENGTH> mSubsystems{};
+    std::array<CSubsystemConfig *, MAX_LENGTH> mSubsystems;   // the first mLength are set
     std::size_t mLength = 0;
 };
 
@@ -51,10 +51,11 @@ public:
     /// while debug output is active: then the tags are to be read one by one, so that each access shows in the trace.
     static CContextFacts * Of(IConfigContext & context);
 
-    /// Reads the options from the tags, whatever the class of the context.
-    static CReadOptions ReadOptionsOf(IConfigContext & context);
+    /// These read the tags, whatever the class of the context.
+    static InsertModeEnum InsertModeOf(IConfigContext & context);
+    static std::vector<std::uint32_t> IndicesOf(IConfigContext & context);
 
-    /// The options as last read, or read now.
+    /// The options of the context that has these facts, as last read, or read now.
     const CReadOptions & ReadOptions(IConfigContext & context);
 
     /// The search path kept for a chip's set of subsystems, which `stamp` identifies; null if there is none.
@@ -69,6 +70,6 @@ private:
     CSearchPath mPath;
 };
 
-} // namespace VrexZynConfigTools
+}   // namespace VrexZynConfigTools
 
 #endif
