@@ -17,6 +17,7 @@ namespace VrexZynConfigTools {
 
 class CChipConfig;
 class CElementIndex;
+class CWinnerLedger;
 
 /// Holds elements in order of arrival, answers lookups by key number or key text, and takes elements straight from a
 /// reader. It owns the elements and a private copy of the context that describes it. What a lookup returns stays the
@@ -80,17 +81,29 @@ private:
     bool OnElementFound(CElement * element, IConfigContext & context) override;
 
     std::vector<std::uint32_t> CollectIndices(IConfigContext & context);
-    bool InsertOrReplaceElement(CElement * element, IConfigContext & context);
+
+    /// True if the element was stored; `element` is empty then.
+    bool InsertOrReplaceElement(std::unique_ptr<CElement> & element, IConfigContext & context);
     bool GetNameAndIndices(const std::string & key, std::string & name, std::vector<std::uint32_t> & indices);
     ElementList::iterator ElementIterator(std::uint32_t id, const std::vector<std::uint32_t> * indices);
     ElementList::iterator ElementIterator(const std::string & key, const std::vector<std::uint32_t> * indices);
     bool RemoveElement(ElementList::iterator position);
+
+    struct Query;
+    Query ParseKey(const std::string & key, const std::vector<std::uint32_t> * indices);
+    const CElement * FirstWithId(std::uint32_t id) const;
+    ElementList::iterator FindSame(CElement & element);
+    void Append(std::unique_ptr<CElement> & element);
+    void ReplaceElement(ElementList::iterator position, std::unique_ptr<CElement> & successor);
+    void OnElementGone(const CElement * element, CElement * successor);
 
     unsigned short mType;
     ElementList mElements;                      // owned
     CBaseContext * mContext;                    // owned
     IConfigReaderElementObserver * mObserver;   // not owned, may be null
     std::unique_ptr<CElementIndex> mIndex;      // finds in mElements what a walk would find
+    CWinnerLedger * mWinners = nullptr;         // the chip's, told of elements that go; null outside a chip
+    bool mDiscards = false;                     // keeps nothing of what it is given
 };
 
 }   // namespace VrexZynConfigTools

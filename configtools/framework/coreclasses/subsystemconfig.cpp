@@ -1,0 +1,409 @@
+#include <configtools/subsystemconfig.h>
+
+#include "contextfacts.h"
+#include "elementindex.h"
+#include "winnerledger.h"
+
+#include <configtools/chipconfig.h>
+#include <configtools/keywords.h>
+#include <configtools/metadata.h>
+#include <messages/trace.h>
+#include <misc/stringutil.h>
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+#include <utility>
+
+namespace VrexZynConfigTools {
+
+namespace {
+
+constexpr GroupEnum MESSAGE_GROUP = GROUP_CORE_CLASSES;
+
+bool IsPlain(const CElement & element)
+{
+    const auto * row = dynamic_cast<const CIndexedElement *>(&element);
+    return row == nullptr || row->NumIndices() == 0;
+}
+
+// Whether a key text can be nothing but a name: no number begins so, and no index follows.
+bool IsNameOnly(const std::string & key)
+{
+    if (key.empty())
+        return false;
+    const auto first = static_cast<unsigned char>(key.front());
+    const bool isLetter = (first | 0x20U) >= 'a' && (first | 0x20U) <= 'z';
+    return (isLetter || first == '_') && std::memchr(key.data(), '.', key.size()) == nullptr;
+}
+
+// The clone of a foreign context class may be null or of any class; its tags must do then.
+std::unique_ptr<CBaseContext> CloneOf(CBaseContext & context)
+{
+    std::unique_ptr<IConfigContext> clone(context.Clone());
+    std::unique_ptr<CBaseContext> base(dynamic_cast<CBaseContext *>(clone.get()));
+    if (base == nullptr)
+        return std::make_unique<CBaseContext>(context);
+    clone.release();   // base owns it now
+    return base;
+}
+
+}   // namespace
+
+/// What a key text asks for.
+struct CSubsystemConfig::Query
+{
+    std::string mName;   // in lower case, unless it begins with a number other than 0
+    bool mIsNumber = false;
+    std::uint32_t mNumber = 0;
+    bool mIsIndexed = false;
+    std::vector<std::uint32_t> mIndices;
+
+    /// Whether the element has the number or name asked for.
+    bool Names(const CElement & element) const
+    {
+        return mIsNumber ? element.PsId() == mNumber : stringutil::ToLower(element.Name()) == mName;
+    }
+
+    /// Whether an element of that number or name is the row, or the plain element, asked for.
+    bool Selects(const CElement & element) const
+    {
+        if (!mIsIndexed)
+            return IsPlain(element);
+        CIndexedElement row(element.PsId(), mName, mIndices, {}, true);
+        return element.Same(row);
+    }
+};
+
+CSubsystemConfig::CSubsystemConfig(CBaseContext & context, IConfigReaderElementObserver * observer)
+    : mType(static_cast<unsigned short>(context.SubsystemType()))
+    , mContext(nullptr)
+    , mObserver(observer)
+    , mIndex(std::make_unique<CElementIndex>())
+{
+    ZYN_CONSTRUCTOR(GROUP_CORE_CLASSES, "VrexZynConfigTools::CSubsystemConfig::CSubsystemConfig");
+
+    if (const auto * chip = dynamic_cast<CChipConfig *>(observer))
+        mWinners = chip->mWinners.get();
+    mContext = CloneOf(context).release();
+}
+
+CSubsystemConfig::~CSubsystemConfig()
+{
+    ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::~CSubsystemConfig");
+
+    for (CElement * element : mElements) {
+        OnElementGone(element, nullptr);
+        delete element;
+    }
+    delete mContext;
+}
+
+bool CSubsystemConfig::Write(IConfigWriter & writer, IConfigContext & context)
+{
+    bool result = true;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CSubsystemConfig::Write", result);
+
+    for (CElement * element : mElements) {
+        // Elements with the number 0 are passed over, intended: they carry no key that a writer could use.
+        if (element->PsId() != 0)
+            result = element->Write(writer, context);
+        if (!result)
+            break;
+    }
+    return result;
+}
+
+std::uint64_t CSubsystemConfig::Size()
+{
+    std::uint64_t result = 0;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CSubsystemConfig::Size", result);
+
+    for (const CElement * element : mElements)
+        result += element->Size();
+    return result;
+}
+
+unsigned short CSubsystemConfig::Type()
+{
+    ZYN_TRACE_IN("VrexZynConfigTools::CSubsystemConfig::Type", 2, "-> CSubsystemConfig::Type <-returning %d",
+        static_cast<int>(mType));
+    return mType;
+}
+
+CElement & CSubsystemConfig::Element(std::uint32_t id)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::Element");
+
+    // Of several elements with one number the one added last answers, intended; the form with a text gives the first.
+    if (mIndex->IsExact()) {
+        CElement * last = mIndex->LastWithId(id);
+        return last != nullptr ? *last : CNullElement::Ref();
+    }
+    const auto found = std::find_if(
+        mElements.rbegin(), mElements.rend(), [id](const CElement * element) { return element->PsId() == id; });
+    return found != mElements.rend() ? **found : CNullElement::Ref();
+}
+
+CElement & CSubsystemConfig::Element(const std::string & key)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::Element");
+
+    if (mIndex->IsExact() && IsNameOnly(key) && !CTheMsgHnd::DebugActivated()) {
+        CElement * first = mIndex->FirstPlainNamed(key, CElementIndex::HashOfName(key));
+        return first != nullptr ? *first : CNullElement::Ref();
+    }
+    const auto found = ElementIterator(key, nullptr);
+    return found != mElements.end() ? **found : CNullElement::Ref();
+}
+
+const std::list<CElement *> & CSubsystemConfig::Elements()
+{
+    ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::Elements");
+    return mElements;
+}
+
+const std::list<CElement *> CSubsystemConfig::Elements(std::uint32_t id)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::Elements");
+
+    std::list<CElement *> elements;
+    if (mIndex->IsExact()) {
+        for (const CElementIndex::Entry & candidate : mIndex->WithId(id))
+            elements.push_back(candidate.mElement);
+    } else {
+        std::copy_if(mElements.begin(), mElements.end(), std::back_inserter(elements),
+            [id](const CElement * element) { return element->PsId() == id; });
+    }
+    return elements;
+}
+
+bool CSubsystemConfig::ElementsIsEmpty(std::uint32_t id)
+{
+    bool result = true;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CSubsystemConfig::ElementsIsEmpty", result);
+
+    // The first element with the number decides; further ones aren't looked at.
+    const CElement * first = FirstWithId(id);
+    return result = first == nullptr || first->PayloadCollectionSize() == 0;
+}
+
+void CSubsystemConfig::RemoveElement(std::uint32_t id, const std::vector<std::uint32_t> * indices)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::RemoveElement");
+
+    while (RemoveElement(ElementIterator(id, indices))) {
+        // until nothing more is selected
+    }
+}
+
+void CSubsystemConfig::RemoveElement(const std::string & key, const std::vector<std::uint32_t> * indices)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::RemoveElement");
+
+    while (RemoveElement(ElementIterator(key, indices))) {
+        // until nothing more is selected
+    }
+}
+
+CBaseContext & CSubsystemConfig::Context()
+{
+    ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::Context");
+    return *mContext;
+}
+
+void CSubsystemConfig::MergeContext(CBaseContext & source, bool overwrite)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::MergeContext");
+
+    for (const auto & [key, value] : source.Tags()) {
+        if (overwrite || mContext->TagMatches(key, keywords::EMPTY))
+            mContext->SetTag(key, value);
+    }
+}
+
+bool CSubsystemConfig::OnElementFound(CElement * element, IConfigContext & context)
+{
+    bool result = true;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CSubsystemConfig::OnElementFound", result);
+
+    if (element == nullptr || element == &CNullElement::Ref())
+        return result;   // nothing to keep, and the null element is nobody's to delete
+    std::unique_ptr<CElement> incoming(element);
+    if (mDiscards)
+        return result;
+
+    std::vector<std::uint32_t> indices = CollectIndices(context);
+    if (!indices.empty()) {
+        // The row shares the payloads until it is built, so that they have an owner if building it fails.
+        auto row = std::make_unique<CIndexedElement>(
+            element->PsId(), element->Name(), indices, element->GetPayloadCopy(false), true);
+        element->TransferPayload();
+        if (IMetadata const * metadata = element->Metadata())
+            row->Use(*metadata);
+        incoming = std::move(row);
+    }
+    InsertOrReplaceElement(incoming, context);
+    return result;
+}
+
+std::vector<std::uint32_t> CSubsystemConfig::CollectIndices(IConfigContext & context)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::CollectIndices");
+
+    CContextFacts * facts = CContextFacts::Of(context);
+    return facts != nullptr ? facts->ReadOptions(context).mIndices : CContextFacts::IndicesOf(context);
+}
+
+bool CSubsystemConfig::InsertOrReplaceElement(std::unique_ptr<CElement> & element, IConfigContext & context)
+{
+    bool result = true;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CSubsystemConfig::InsertOrReplaceElement", result);
+
+    CContextFacts * facts = CContextFacts::Of(context);
+    const InsertModeEnum mode =
+        facts != nullptr ? facts->ReadOptions(context).mInsertMode : CContextFacts::InsertModeOf(context);
+    if (mode != InsertModeEnum::ADD) {
+        const auto stored = FindSame(*element);
+        if (stored != mElements.end()) {
+            // A replaced element is no new one: the observer isn't told, intended.
+            if (mode == InsertModeEnum::OVERWRITE)
+                ReplaceElement(stored, element);
+            return result = mode == InsertModeEnum::OVERWRITE;
+        }
+    }
+    CElement * added = element.get();
+    Append(element);
+    if (mObserver != nullptr)
+        mObserver->OnElementFound(added, context);
+    return result;
+}
+
+bool CSubsystemConfig::GetNameAndIndices(
+    const std::string & key, std::string & name, std::vector<std::uint32_t> & indices)
+{
+    bool result = false;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CSubsystemConfig::GetNameAndIndices", result);
+
+    std::size_t dot = key.find('.');
+    if (dot != std::string::npos)
+        name = key.substr(0, dot);
+    while (dot != std::string::npos) {
+        const std::size_t begin = dot + 1;
+        dot = key.find('.', begin);
+        const std::string piece = key.substr(begin, dot == std::string::npos ? dot : dot - begin);
+        indices.push_back(static_cast<std::uint32_t>(stringutil::DecimalToInt(piece)));
+    }
+    return result = !indices.empty();
+}
+
+CSubsystemConfig::Query CSubsystemConfig::ParseKey(
+    const std::string & key, const std::vector<std::uint32_t> * indices)
+{
+    Query query;
+    query.mName = key;
+    query.mIsIndexed = GetNameAndIndices(key, query.mName, query.mIndices);
+    if (indices != nullptr) {
+        query.mIndices = *indices;
+        query.mIsIndexed = true;
+    }
+    int number = 0;
+    query.mIsNumber = stringutil::StringToInteger(query.mName, number);
+    query.mNumber = static_cast<std::uint32_t>(number);
+    // A text such as "12abc" is no number but leaves 12, and its name isn't lowered then, intended: it is found only
+    // if it is written in lower case.
+    if (number == 0)
+        query.mName = stringutil::ToLower(query.mName);
+    return query;
+}
+
+CSubsystemConfig::ElementList::iterator CSubsystemConfig::ElementIterator(
+    const std::string & key, const std::vector<std::uint32_t> * indices)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::ElementIterator");
+
+    const Query query = ParseKey(key, indices);
+    if (!mIndex->IsExact()) {
+        return std::find_if(mElements.begin(), mElements.end(),
+            [&query](const CElement * element) { return query.Names(*element) && query.Selects(*element); });
+    }
+    for (const CElementIndex::Entry & candidate :
+        query.mIsNumber ? mIndex->WithId(query.mNumber)
+                        : mIndex->WithHash(CElementIndex::HashOfName(query.mName)))
+    {
+        if (query.Names(*candidate.mElement) && query.Selects(*candidate.mElement))
+            return candidate.mPosition;
+    }
+    return mElements.end();
+}
+
+CSubsystemConfig::ElementList::iterator CSubsystemConfig::ElementIterator(
+    std::uint32_t id, const std::vector<std::uint32_t> * indices)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::ElementIterator");
+
+    // By way of the text, intended: a number above 2147483647 is none there and selects nothing.
+    return ElementIterator(std::to_string(id), indices);
+}
+
+bool CSubsystemConfig::RemoveElement(ElementList::iterator position)
+{
+    bool result = false;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CSubsystemConfig::RemoveElement", result);
+
+    if (position == mElements.end())
+        return result;
+    const std::unique_ptr<CElement> removed(*position);
+    mIndex->Remove(position);
+    mElements.erase(position);
+    OnElementGone(removed.get(), nullptr);
+    return result = true;
+}
+
+const CElement * CSubsystemConfig::FirstWithId(std::uint32_t id) const
+{
+    if (mIndex->IsExact()) {
+        const auto candidates = mIndex->WithId(id);
+        return candidates.begin() != candidates.end() ? (*candidates.begin()).mElement : nullptr;
+    }
+    const auto found = std::find_if(
+        mElements.begin(), mElements.end(), [id](const CElement * element) { return element->PsId() == id; });
+    return found != mElements.end() ? *found : nullptr;
+}
+
+CSubsystemConfig::ElementList::iterator CSubsystemConfig::FindSame(CElement & element)
+{
+    if (!mIndex->IsExact()) {
+        return std::find_if(mElements.begin(), mElements.end(),
+            [&element](const CElement * stored) { return stored->Same(element); });
+    }
+    for (const CElementIndex::Entry & candidate : mIndex->WithId(element.PsId())) {
+        if (candidate.mElement->Same(element))
+            return candidate.mPosition;
+    }
+    return mElements.end();
+}
+
+void CSubsystemConfig::Append(std::unique_ptr<CElement> & element)
+{
+    mIndex->Reserve();
+    mIndex->Append(mElements.insert(mElements.end(), element.get()));
+    element.release();   // the list owns it now
+}
+
+void CSubsystemConfig::ReplaceElement(ElementList::iterator position, std::unique_ptr<CElement> & successor)
+{
+    mIndex->Reserve();
+    const std::unique_ptr<CElement> former(*position);
+    mIndex->Replace(position, successor.get());
+    *position = successor.release();   // the list owns it now
+    OnElementGone(former.get(), *position);
+}
+
+void CSubsystemConfig::OnElementGone(const CElement * element, CElement * successor)
+{
+    if (mWinners != nullptr)
+        mWinners->OnElementGone(element, successor);
+}
+
+}   // namespace VrexZynConfigTools
