@@ -18,8 +18,9 @@
 
 namespace VrexZynConfigTools {
 
-class CFilteredElements;
 class CSubsystemConfig;
+class CWinnerLedger;
+struct CSearchPath;
 
 /// Looks up elements by a context that says subsystem and layer.
 class CONFIGTOOLS_EXPORT IElementProvider
@@ -113,9 +114,25 @@ private:
     bool WriteAllLayers(IConfigWriter & writer, IConfigContext & context);
     bool WriteFilteredLayers(IConfigWriter & writer, IConfigContext & context);
 
-    std::map<std::string, CSubsystemConfig *> mSubsystems;      // owned
-    std::map<std::string, FilteredEntry> mFilteredDictionary;   // type "|" key text to the winner so far
-    std::list<CStoreInfo *> mStores;                            // owned
+    friend class CSubsystemConfig;
+    static CSubsystemConfig & DiscardingSubsystem();
+    CSubsystemConfig * FindSubsystem(IConfigContext & context);
+    const CSearchPath & SearchPath(IConfigContext & context, CSearchPath & room) const;
+    void SelectSubsystems(IConfigContext & context, CSearchPath & path) const;
+    void AddToPath(CSearchPath & path, IConfigContext & context) const;
+    void SyncStoresFromCaller(IConfigReader & reader, IConfigContext & context);
+    void OrderStoresByDevice();
+    bool AssignLayers();
+    void AdoptLayerKeys(bool isLayered);
+    void StoreWinner(const std::string & key, std::int8_t layer, CElement * element);
+
+    std::map<std::string, CSubsystemConfig *> mSubsystems;   // owned
+    std::map<std::string, FilteredEntry>
+        mFilteredDictionary;                      // subsystem type "|" key text to the winner so far
+    std::list<CStoreInfo *> mStores;              // owned
+    std::unique_ptr<CWinnerLedger> mWinners;      // which entries hold which element
+    std::vector<CSubsystemConfig *> mForgotten;   // dropped by a read and kept for ever
+    std::uint64_t mStamp;                         // identifies this chip's present set of subsystems
 };
 
 }   // namespace VrexZynConfigTools
