@@ -31,6 +31,8 @@ function(configtools_add_objects name)
         "${PROJECT_SOURCE_DIR}/tools/include" "${PROJECT_BINARY_DIR}/include")
     target_compile_definitions(${name} PRIVATE configtools_EXPORTS)
     target_link_libraries(${name} PUBLIC ${arg_LIBRARIES} PRIVATE configtools_options)
+    # Nobody interposes the library's own functions, so calls within it are direct.
+    target_compile_options(${name} PRIVATE -fno-semantic-interposition)
     set_target_properties(${name} PROPERTIES
         CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden   # VISIBILITY_INLINES_HIDDEN would drop inline members of exported classes
