@@ -8,17 +8,65 @@
 #include <configtools/debugsentry.h>
 #include <messages/messages.h>
 
+#include <cstdint>
+#include <new>
+#include <type_traits>
+
+namespace VrexZynConfigTools {
+
+/// The place of a sentry on the stack. The sentry is made in it only while debug output is on: an object with virtual
+/// operations costs more instructions to make and destroy than the two tests of a flag that are wanted here.
+template <typename SentryT>
+class CSentryPlace
+{
+public:
+    template <typename... ResultT>
+    CSentryPlace(GroupEnum group, std::uint32_t line, const char * file, const char * function,
+        const ResultT *... result)
+    {
+        if (CTheMsgHnd::DebugActivated())
+            Make(group, line, file, function, result...);
+    }
+    ~CSentryPlace()
+    {
+        if (mIsMade)
+            Destroy();
+    }
+    CSentryPlace(const CSentryPlace &) = delete;
+    CSentryPlace & operator=(const CSentryPlace &) = delete;
+
+private:
+    template <typename... ResultT>
+    [[gnu::cold, gnu::noinline]] void Make(GroupEnum group, std::uint32_t line, const char * file,
+        const char * function, const ResultT *... result) noexcept
+    {
+        CMessageHandler & handler = CTheMsgHnd::Instance().GetAppropriateHandler(group, function, false);
+        new (&mSentry) SentryT(&handler, line, file, function, result...);
+        mIsMade = true;
+    }
+    [[gnu::cold, gnu::noinline]] void Destroy() noexcept { mSentry.~SentryT(); }
+
+    bool mIsMade = false;
+    union
+    {
+        SentryT mSentry;
+    };
+};
+
+}   // namespace VrexZynConfigTools
+
 /// Opens the sentry of a function without a result. `name` is the full name with its namespace, a literal.
 #define ZYN_SENTRY(name)                                                                                       \
     [[maybe_unused]] constexpr const char * zynFunction = name;                                                \
-    const ::VrexZynConfigTools::CDebugSentry zynSentry(                                                        \
-        ZYN_HANDLER_POINTER(zynFunction), __LINE__, __FILE__, name)
+    const ::VrexZynConfigTools::CSentryPlace<::VrexZynConfigTools::CDebugSentry> zynSentry(                    \
+        MESSAGE_GROUP, __LINE__, __FILE__, name)
 
 /// Opens the sentry of a function that returns `result`, a variable declared before this line.
 #define ZYN_SENTRY_RESULT(name, result)                                                                        \
     [[maybe_unused]] constexpr const char * zynFunction = name;                                                \
-    const ::VrexZynConfigTools::CDebugSentryWithReturn<std::remove_cv_t<decltype(result)>> zynSentry(          \
-        ZYN_HANDLER_POINTER(zynFunction), __LINE__, __FILE__, name, &(result))
+    const ::VrexZynConfigTools::CSentryPlace<                                                                  \
+        ::VrexZynConfigTools::CDebugSentryWithReturn<std::remove_cv_t<decltype(result)>>>                      \
+    zynSentry(MESSAGE_GROUP, __LINE__, __FILE__, name, &(result))
 
 /// The head of a constructor: announces it to the channel in `firstGroup`, then opens the sentry.
 #define ZYN_CONSTRUCTOR(firstGroup, name)                                                                      \

@@ -21,9 +21,12 @@ public:
     /// `result` is read when the exit line is written; it stays the caller's.
     CDebugSentryWithReturn(CMessageHandler * handler, std::uint32_t line, const char * file,
         const char * function, const T * result)
-        : CDebugSentry(handler, line, file, function)
-        , mResult(result)
-    {}
+    {
+        if (CTheMsgHnd::DebugActivated()) {
+            mResult = result;
+            Enter(handler, line, file, function);
+        }
+    }
     ~CDebugSentryWithReturn() override { CheckPrintExit(); }
 
     /// Writes the exit line with the value that the result holds now, at level 0; at most once.
@@ -68,7 +71,7 @@ private:
 #endif
     }
 
-    const T * mResult;
+    const T * mResult;   // set while an exit line is due
 };
 
 }   // namespace VrexZynConfigTools

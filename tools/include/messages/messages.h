@@ -176,6 +176,12 @@ public:
     virtual void PrintExit();
 
 protected:
+    /// For a derived class that sets itself up only while debug output is on, and then calls `Enter`.
+    CDebugSentry() = default;
+
+    /// Notes the arguments and writes the entry line.
+    void Enter(CMessageHandler * handler, std::uint32_t line, const char * file, const char * function);
+
     /// For `PrintExit`: the handler to write to, once; null from then on, and when no exit line is due.
     CMessageHandler * TakeHandler()
     {
@@ -198,7 +204,6 @@ protected:
     const char * mFunction;
 
 private:
-    void Enter(CMessageHandler * handler, std::uint32_t line, const char * file, const char * function);
     void PrintExitOnce() noexcept;
 };
 
