@@ -30,13 +30,13 @@ inline std::string TextOf(IPayload & payload)
     std::string text = std::to_string(payload.Type());
     auto * complex = dynamic_cast<CComplexPayload *>(&payload);
     if (complex == nullptr)
-        return text + ":" + payload.ToString();
+        return text.append(":").append(payload.ToString());
     const char * separator = "(";
     for (IPayload * field : complex->GetFields()) {
-        text += separator + (field != nullptr ? TextOf(*field) : std::string("null"));
+        text.append(separator).append(field != nullptr ? TextOf(*field) : "null");
         separator = " ";
     }
-    return text + (complex->GetFields().empty() ? "()" : ")");
+    return text.append(complex->GetFields().empty() ? "()" : ")");
 }
 
 /// The bytes in memory order, two lower-case hexadecimal digits each.
@@ -126,9 +126,9 @@ private:
     {
         std::string call = operation;
         if (!arguments.empty())
-            call += " " + arguments;
+            call.append(" ").append(arguments);
         for (const std::string & tag : mWatchedTags)
-            call += " " + tag + "=" + context.GetTag(tag);
+            call.append(" ").append(tag).append("=").append(context.GetTag(tag));
         mCalls.push_back(call);
 
         const auto error = mErrors.find(operation);
