@@ -22,7 +22,8 @@ class CONFIGTOOLS_EXPORT CElement : public IWritable, public IMetadataUser
 public:
     CElement(std::uint32_t psId, const std::string & name, bool changed);
 
-    /// Takes over the payloads; the list itself is copied. No metadata is passed to them.
+    /// Takes over the payloads; the list itself is copied. No metadata is passed to them. If memory runs out there is
+    /// no element, and the payloads stay the caller's.
     CElement(
         std::uint32_t psId, const std::string & name, const std::vector<IPayload *> & payload, bool changed);
     CElement(const CElement &) = delete;
@@ -179,8 +180,8 @@ public:
     std::string ToString() const override;   // "struct"
     std::uint64_t Size() const override;
 
-    /// Appends `field`, which belongs to the element from now on, gives it the element's metadata and sets
-    /// `HasChanged`. Null is ignored.
+    /// Appends `field`, which belongs to the element from the call on, also if memory runs out in it; gives it the
+    /// element's metadata and sets `HasChanged`. Null is ignored.
     void AddField(IPayload * field);
 
     /// As above for a number, but `HasChanged` stays as it was, intended. An unknown type adds nothing.

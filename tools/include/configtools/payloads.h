@@ -93,17 +93,21 @@ public:
 };
 
 /// A value of one C++ type. The library holds exactly nine instantiations: the eight exact-width integers and
-/// `std::string`. A copy shares the metadata pointer of its source.
+/// `std::string`. A copy shares the metadata pointer of its source. A move copies too, intended: its source keeps its
+/// value, also a string.
 template <typename T>
 class CONFIGTOOLS_EXPORT CPayload : public IPayload, public IMetadataUser
 {
 public:
     CPayload(T value, PayloadTypeEnum type);
+    CPayload(const CPayload & other) = default;
+    CPayload & operator=(const CPayload & other) = default;
 
     /// `writer.WritePayload(*this, context)`. The error channel is the only way a writer reports failure.
     bool Write(IConfigWriter & writer, IConfigContext & context) override;
 
-    /// True if `other` is a payload of the same T with the same type code and value. Metadata plays no part.
+    /// True if `other` is a payload of the same T with the same type code and value. Metadata plays no part. What
+    /// differs goes to debug output.
     bool operator==(IPayload const & other) const override;
     PayloadTypeEnum Type() override;
 
@@ -194,6 +198,8 @@ class CONFIGTOOLS_EXPORT CStringPayload : public CPayload<std::string>
 {
 public:
     CStringPayload(const std::string & value, bool isOctet);
+    CStringPayload(const CStringPayload & other) = default;
+    CStringPayload & operator=(const CStringPayload & other) = default;
 
     /// The number of characters. `WriteToMem` copies the string object all the same and so counts otherwise,
     /// intended; take the characters from `GetValue`.
@@ -210,6 +216,8 @@ class CONFIGTOOLS_EXPORT CEnumPayload : public CPayload<std::int32_t>
 {
 public:
     CEnumPayload(const std::string & name, std::int32_t value);
+    CEnumPayload(const CEnumPayload & other) = default;
+    CEnumPayload & operator=(const CEnumPayload & other) = default;
 
     /// Number and name must be equal.
     bool operator==(IPayload const & other) const override;
@@ -235,8 +243,8 @@ public:
     CComplexPayload & operator=(const CComplexPayload &) = delete;
     ~CComplexPayload() override;   // deletes the fields
 
-    /// Appends `field`, which belongs to this payload from now on. No metadata is passed on to it. A null field is
-    /// kept and passed over by every operation.
+    /// Appends `field`, which belongs to this payload from the call on, also if memory runs out in it. No metadata is
+    /// passed on to it. A null field is kept and passed over by every operation.
     void AddField(IPayload * field);
 
     /// The fields in order; they stay this payload's.
@@ -255,8 +263,9 @@ public:
     const void * RawData() override;   // always null
     std::string ToString() override;   // always empty
 
-    /// The fields one after the other, without alignment. A string field writes its object, not the characters
-    /// that `Length` counted, so only trees of numbers are safe here, intended.
+    /// The fields one after the other, without alignment. A string field writes its object, not the characters that
+    /// `Length` counted, intended: the result may be more than `Length`, or less where an object no longer fits into
+    /// `maximum`. Only trees of numbers are of use here.
     std::uint64_t WriteToMem(void * destination, std::uint64_t maximum) override;
 
     /// Passes the metadata on to the fields, unless its address is the one already stored: a field added since then
@@ -267,7 +276,7 @@ public:
 protected:
     PayloadTypeEnum mType;
     std::vector<IPayload *> mFields;
-    IMetadata const * mMetadata;
+    IMetadata const * mMetadata;   // not owned; null until Use is called
 };
 
 /// A complex payload with the code `PAYLOAD_RAW`, for plug-ins; the library makes none.
