@@ -1,6 +1,7 @@
 #include <configtools/chipconfig.h>
 
 #include "contextfacts.h"
+#include "elementindex.h"
 #include "winnerledger.h"
 
 #include <configtools/keywords.h>
@@ -75,6 +76,35 @@ int LayerIn(const std::string & filter)
     std::int16_t layer = 0;
     stream >> layer;
     return layer;
+}
+
+// The first valid element on the path, or what the last subsystem on it answered.
+template <typename LookUpT>
+const CElement & Topmost(const CSearchPath & path, LookUpT lookUp)
+{
+    const CElement * element = &CNullElement::Ref();
+    for (std::size_t at = 0; at < path.mLength; ++at) {
+        element = &lookUp(*path.mSubsystems[at]);
+        if (element->IsValid())
+            break;
+    }
+    return *element;
+}
+
+// The same by `find` in the indexes, as long as all of them are exact: then what they find is valid.
+template <typename FindT, typename LookUpT>
+const CElement & Topmost(const CSearchPath & path, FindT find, LookUpT lookUp)
+{
+    if (CTheMsgHnd::DebugActivated())
+        return Topmost(path, lookUp);   // each step shows in the trace
+    for (std::size_t at = 0; at < path.mLength; ++at) {
+        const CElementIndex & index = *path.mIndexes[at];
+        if (!index.IsExact())
+            return Topmost(path, lookUp);
+        if (const CElement * found = find(index))
+            return *found;
+    }
+    return CNullElement::Ref();
 }
 
 bool IsOfType(CSubsystemConfig & subsystem, SubSystemTypeEnum type)
@@ -185,15 +215,17 @@ const CElement & CChipConfig::GetElement(
 
     CSearchPath room;
     const CSearchPath & path = SearchPath(context, room);
-    const bool isByName = name != nullptr && !name->empty();
-    const CElement * element = &CNullElement::Ref();
-    for (std::size_t at = 0; at < path.mLength; ++at) {
-        CSubsystemConfig & subsystem = *path.mSubsystems[at];
-        element = isByName ? &subsystem.Element(*name) : &subsystem.Element(id);
-        if (element->IsValid())
-            break;
+    if (name == nullptr || name->empty()) {
+        return Topmost(
+            path, [id](const CElementIndex & index) { return index.LastWithId(id); },
+            [id](CSubsystemConfig & subsystem) -> CElement & { return subsystem.Element(id); });
     }
-    return *element;
+    const auto lookUp = [name](CSubsystemConfig & subsystem) -> CElement & { return subsystem.Element(*name); };
+    const CElementIndex::NameKey key = CElementIndex::KeyOf(*name);
+    if (!key.mIsPlainText)
+        return Topmost(path, lookUp);
+    return Topmost(
+        path, [&key](const CElementIndex & index) { return index.FirstPlainNamed(key); }, lookUp);
 }
 
 const CSearchPath & CChipConfig::SearchPath(IConfigContext & context, CSearchPath & room) const
@@ -236,8 +268,11 @@ void CChipConfig::SelectSubsystems(IConfigContext & context, CSearchPath & path)
 void CChipConfig::AddToPath(CSearchPath & path, IConfigContext & context) const
 {
     const auto found = mSubsystems.find(context.GetTag(keywords::TAG_SUBSYSTEM_KEY_BY_LAYER));
-    if (found != mSubsystems.end())
-        path.mSubsystems[path.mLength++] = found->second;
+    if (found == mSubsystems.end())
+        return;
+    path.mSubsystems[path.mLength] = found->second;
+    path.mIndexes[path.mLength] = found->second->mIndex.get();
+    ++path.mLength;
 }
 
 const std::map<std::string, CSubsystemConfig *> & CChipConfig::Subsystems() const

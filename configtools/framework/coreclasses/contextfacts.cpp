@@ -1,22 +1,16 @@
 #include "contextfacts.h"
 
-#include <configtools/context.h>
 #include <configtools/keywords.h>
-#include <configtools/zyncontext.h>
-#include <messages/messages.h>
 #include <misc/stringutil.h>
 
 #include <list>
 #include <memory>
 #include <string>
-#include <typeinfo>
 
 namespace VrexZynConfigTools {
 
-CContextFacts * CContextFacts::Of(IConfigContext & context)
+CContextFacts * CContextFacts::Renew(IConfigContext & context)
 {
-    if (CTheMsgHnd::DebugActivated())
-        return nullptr;
     const std::type_info & type = typeid(context);
     if (type != typeid(CZynContext) && type != typeid(CBaseContext))
         return nullptr;

@@ -8,16 +8,19 @@
 #ifndef CONFIGTOOLS_CONTEXTFACTS_H
 #define CONFIGTOOLS_CONTEXTFACTS_H
 
+#include <configtools/zyncontext.h>
+#include <messages/messages.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <typeinfo>
 #include <vector>
 
 namespace VrexZynConfigTools {
 
-class CBaseContext;
+class CElementIndex;
 class CSubsystemConfig;
-class IConfigContext;
 
 /// How an element that is already stored counts, by the tag "insertmode".
 enum class InsertModeEnum
@@ -41,6 +44,7 @@ struct CSearchPath
     static constexpr std::size_t MAX_LENGTH = 16;   // layers 15 to 0
 
     std::array<CSubsystemConfig *, MAX_LENGTH> mSubsystems;   // the first mLength are set
+    std::array<const CElementIndex *, MAX_LENGTH> mIndexes;   // theirs, in the same order
     std::size_t mLength = 0;
 };
 
@@ -49,7 +53,18 @@ class CContextFacts
 public:
     /// The facts of `context`, up to date with its tags; they stay the context's. Null for foreign context classes and
     /// while debug output is active: then the tags are to be read one by one, so that each access shows in the trace.
-    static CContextFacts * Of(IConfigContext & context);
+    static CContextFacts * Of(IConfigContext & context)
+    {
+        if (CTheMsgHnd::DebugActivated())
+            return nullptr;
+        if (&typeid(context) == &typeid(CZynContext)) {
+            const auto & base = static_cast<const CBaseContext &>(context);
+            CContextFacts * const facts = base.mFacts.get();
+            if (facts != nullptr && facts->mVersion == base.mChangeCount)
+                return facts;
+        }
+        return Renew(context);
+    }
 
     /// These read the tags, whatever the class of the context.
     static InsertModeEnum InsertModeOf(IConfigContext & context);
@@ -63,6 +78,8 @@ public:
     const CSearchPath & KeepSearchPath(const CSearchPath & path, std::uint64_t stamp);
 
 private:
+    static CContextFacts * Renew(IConfigContext & context);
+
     std::uint32_t mVersion = 0;   // the change count of the context for which all below holds
     bool mHasOptions = false;
     CReadOptions mOptions;

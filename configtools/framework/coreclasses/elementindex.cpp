@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::size_t FIRST_SLOT_COUNT = 16;
 constexpr unsigned FIRST_SHIFT = 28;   // 32 less the binary logarithm of 16
+static_assert(std::uint64_t{ FIRST_SLOT_COUNT } << FIRST_SHIFT == std::uint64_t{ 1 } << 32U);
 
 bool IsOwnClass(const CElement & element)
 {
@@ -30,38 +31,93 @@ bool IsPlain(const CElement & element)
     return row == nullptr || row->NumIndices() == 0;
 }
 
+using Word = std::uint64_t;   // eight characters
+
+Word WordAt(const char * characters)
+{
+    Word word = 0;
+    std::memcpy(&word, characters, sizeof(word));
+    return word;
+}
+
+// Fewer than eight characters, with zeros behind them.
+Word ShortWord(const char * characters, std::size_t count)
+{
+    Word word = 0;
+    for (std::size_t at = 0; at < count; ++at)
+        word |= static_cast<Word>(static_cast<unsigned char>(characters[at])) << (8 * at);
+    return word;
+}
+
+bool EqualBytes(const char * left, const char * right, std::size_t count)
+{
+    if (count < sizeof(Word))
+        return ShortWord(left, count) == ShortWord(right, count);
+    for (std::size_t at = 0; at + sizeof(Word) < count; at += sizeof(Word)) {
+        if (WordAt(left + at) != WordAt(right + at))
+            return false;
+    }
+    return WordAt(left + count - sizeof(Word)) == WordAt(right + count - sizeof(Word));
+}
+
 bool EqualWithoutCase(const std::string & left, const std::string & right)
 {
     if (left.size() != right.size())
         return false;
-    if (std::memcmp(left.data(), right.data(), left.size()) == 0)
+    if (EqualBytes(left.data(), right.data(), left.size()))
         return true;
     return std::equal(left.begin(), left.end(), right.begin(), [](char a, char b) {
         return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
     });
 }
 
-constexpr std::uint64_t EACH_BYTE = 0x0101010101010101U;
-constexpr std::uint64_t TOP_BITS = 0x80U * EACH_BYTE;
+constexpr Word EACH_BYTE = 0x0101010101010101U;
+constexpr Word TOP_BITS = 0x80U * EACH_BYTE;
 
-// Maps eight characters so that those which `tolower` may join in any locale become the same. The bit 0x20 joins the
-// cases of the letters (and some other characters, which costs a collision and nothing more). What a locale does with
-// the bytes above 127 isn't known here, and some join one of them with an "i", so all these are one character.
-constexpr std::uint64_t Fold(std::uint64_t characters)
+// The top bit of each byte that is `character`.
+constexpr Word Matches(Word word, char character)
 {
-    characters |= 0x20U * EACH_BYTE;
-    const std::uint64_t zeroWhereI = characters ^ ('i' * EACH_BYTE);
-    const std::uint64_t isI = ~(((zeroWhereI & ~TOP_BITS) + ~TOP_BITS) | zeroWhereI | ~TOP_BITS);
-    const std::uint64_t joined = (((characters & TOP_BITS) | isI) >> 7U) * 0xFFU;
-    return (characters & ~joined) | (('i' * EACH_BYTE) & joined);
+    const Word difference = word ^ (static_cast<Word>(character) * EACH_BYTE);
+    return ~(((difference & ~TOP_BITS) + ~TOP_BITS) | difference | ~TOP_BITS);
+}
+
+// Maps characters so that those which `tolower` may join in any locale become the same. The bit 0x20 joins the cases of
+// the letters (and some other characters, which costs a collision and nothing more). What a locale does with the bytes
+// above 127 isn't known here, and some join one of them with an "i", so all these are one character.
+constexpr Word Fold(Word word)
+{
+    word |= 0x20U * EACH_BYTE;
+    const Word joined = (((word & TOP_BITS) | Matches(word, 'i')) >> 7U) * 0xFFU;
+    return (word & ~joined) | (('i' * EACH_BYTE) & joined);
 }
 static_assert(Fold(0x4142434A4B4C4D5AU) == Fold(0x6162636A6B6C6D7AU));
 static_assert(Fold(0x4900000000000000U) == Fold(0xDD00000000000000U));
 
-constexpr std::uint64_t Mix(std::uint64_t hash, std::uint64_t characters)
+/// Folds and hashes a text word by word, and notices a ".".
+class CNameScan
 {
-    hash = (hash ^ characters) * 0x9E3779B97F4A7C15U;
-    return hash ^ (hash >> 32U);
+public:
+    explicit CNameScan(std::size_t length)
+        : mHash(length)
+    {}
+    void Add(Word word)
+    {
+        mDots |= Matches(word, '.');
+        mHash = (mHash ^ Fold(word)) * 0x9E3779B97F4A7C15U;
+        mHash ^= mHash >> 32U;
+    }
+    std::uint32_t Hash() const { return static_cast<std::uint32_t>(mHash); }
+    bool HasDot() const { return mDots != 0; }
+
+private:
+    Word mHash;
+    Word mDots = 0;
+};
+
+bool BeginsAsName(const std::string & text)
+{
+    const char first = text.empty() ? '0' : static_cast<char>(text.front() | 0x20);
+    return (first >= 'a' && first <= 'z') || text.front() == '_';
 }
 
 }   // namespace
@@ -72,9 +128,9 @@ const CElementIndex::Way CElementIndex::BY_NAME = { &CElementIndex::mByName, &De
     &Entry::mNextByName, true };
 
 CElementIndex::CChainTable::CChainTable()
-    : mSlots(FIRST_SLOT_COUNT, Slot{ 0, NONE, nullptr })
-    , mShift(FIRST_SHIFT)
-{}
+    : mSlots(std::make_unique<Slot[]>(FIRST_SLOT_COUNT)), mMask(FIRST_SLOT_COUNT - 1), mShift(FIRST_SHIFT)
+{
+}
 
 CElementIndex::CChainTable::Slot & CElementIndex::CChainTable::FindOrAdd(std::uint32_t key) noexcept
 {
@@ -94,59 +150,58 @@ void CElementIndex::CChainTable::Erase(std::uint32_t key) noexcept
     while (mSlots[hole].mKey != key || mSlots[hole].mTail == NONE)
         hole = Next(hole);
     // What stands behind the hole moves up, unless that would put it ahead of its home.
-    const std::size_t mask = mSlots.size() - 1;
     for (std::size_t at = Next(hole); mSlots[at].mTail != NONE; at = Next(at)) {
-        if (((at - Home(mSlots[at].mKey)) & mask) >= ((at - hole) & mask)) {
+        if (((at - Home(mSlots[at].mKey)) & mMask) >= ((at - hole) & mMask)) {
             mSlots[hole] = mSlots[at];
             hole = at;
         }
     }
-    mSlots[hole] = Slot{ 0, NONE, nullptr };
+    mSlots[hole] = Slot{};
     --mCount;
 }
 
 void CElementIndex::CChainTable::Reserve()
 {
-    if ((mCount + 1) * 4 <= mSlots.size() * 3)
+    const std::size_t size = mMask + 1;
+    if ((mCount + 1) * 4 <= size * 3)
         return;
-    std::vector<Slot> former(mSlots.size() * 2, Slot{ 0, NONE, nullptr });
+    auto former = std::make_unique<Slot[]>(size * 2);
     former.swap(mSlots);
+    mMask = size * 2 - 1;
     --mShift;
     mCount = 0;
-    for (const Slot & slot : former) {
-        if (slot.mTail != NONE)
-            FindOrAdd(slot.mKey) = slot;
+    for (const Slot * slot = former.get(); slot != former.get() + size; ++slot) {
+        if (slot->mTail != NONE)
+            FindOrAdd(slot->mKey) = *slot;
     }
 }
 
 CElementIndex::CElementIndex() = default;
 
-std::uint32_t CElementIndex::HashOfName(const std::string & name)
+CElementIndex::NameKey CElementIndex::KeyOf(const std::string & name)
 {
-    std::uint64_t hash = name.size();
-    std::uint64_t characters = 0;
-    std::size_t at = 0;
-    for (; at + sizeof(characters) <= name.size(); at += sizeof(characters)) {
-        std::memcpy(&characters, name.data() + at, sizeof(characters));
-        hash = Mix(hash, Fold(characters));
+    const char * const characters = name.data();
+    const std::size_t length = name.size();
+    CNameScan scan(length);
+    if (length < sizeof(Word)) {
+        scan.Add(ShortWord(characters, length));
+    } else {
+        for (std::size_t at = 0; at + sizeof(Word) < length; at += sizeof(Word))
+            scan.Add(WordAt(characters + at));
+        scan.Add(WordAt(characters + length - sizeof(Word)));
     }
-    if (at < name.size()) {
-        characters = 0;
-        std::memcpy(&characters, name.data() + at, name.size() - at);
-        hash = Mix(hash, Fold(characters));
-    }
-    return static_cast<std::uint32_t>(hash);
+    return { name, scan.Hash(), !scan.HasDot() && BeginsAsName(name) };
 }
 
-CElement * CElementIndex::FirstPlainNamed(const std::string & name, std::uint32_t hash) const
+CElement * CElementIndex::FirstPlainNamed(const NameKey & key) const
 {
-    const CChainTable::Slot * slot = mByName.Find(hash);
+    const CChainTable::Slot * slot = mByName.Find(key.mHash);
     if (slot == nullptr || slot->mAnswer == nullptr)
         return nullptr;
-    if (EqualWithoutCase(slot->mAnswer->mName, name))
+    if (EqualWithoutCase(slot->mAnswer->mName, key.mName))
         return slot->mAnswer;
-    for (const Entry & candidate : WithHash(hash)) {
-        if (candidate.mIsPlain && EqualWithoutCase(candidate.mElement->mName, name))
+    for (const Entry & candidate : WithHash(key.mHash)) {
+        if (candidate.mIsPlain && EqualWithoutCase(candidate.mElement->mName, key.mName))
             return candidate.mElement;
     }
     return nullptr;
@@ -236,7 +291,7 @@ void CElementIndex::Remove(Position position) noexcept
 
 CElementIndex::Description CElementIndex::Describe(CElement & element) noexcept
 {
-    return { &element, element.mPsId, HashOfName(element.mName), IsPlain(element), !IsOwnClass(element) };
+    return { &element, element.mPsId, KeyOf(element.mName).mHash, IsPlain(element), !IsOwnClass(element) };
 }
 
 std::uint32_t CElementIndex::EntryAt(Position position) const noexcept

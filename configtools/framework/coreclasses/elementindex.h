@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <list>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -85,19 +86,20 @@ public:
 
     bool IsExact() const { return mForeignCount == 0; }
 
-    /// A hash that is equal for names that are equal without case, in every locale.
-    static std::uint32_t HashOfName(const std::string & name);
+    /// A name as a lookup needs it, worked out once for all layers.
+    struct NameKey
+    {
+        const std::string & mName;
+        std::uint32_t mHash;   // equal for names that are equal without case, in every locale
+        bool mIsPlainText;     // holds no "." and begins with a letter or "_": no number, no indices
+    };
+    static NameKey KeyOf(const std::string & name);
 
     /// The element with this number that stands last in the list, or null.
-    CElement * LastWithId(std::uint32_t id) const
-    {
-        const CChainTable::Slot * slot = mById.Find(id);
-        return slot != nullptr ? slot->mAnswer : nullptr;
-    }
+    CElement * LastWithId(std::uint32_t id) const { return mById.Answer(id); }
 
-    /// The first element with this name, without regard to case, that is no table row with indices, or null. `hash` is
-    /// the name's `HashOfName`.
-    CElement * FirstPlainNamed(const std::string & name, std::uint32_t hash) const;
+    /// The first element with this name, without regard to case, that is no table row with indices, or null.
+    CElement * FirstPlainNamed(const NameKey & key) const;
 
     /// The elements with this number.
     CCandidates WithId(std::uint32_t id) const;
@@ -127,31 +129,42 @@ private:
     public:
         struct Slot
         {
-            std::uint32_t mKey;
-            std::uint32_t mTail;   // the last entry of the chain; NONE for a free slot
-            CElement * mAnswer;    // of the chain's elements the one that a plain lookup gives; null for none
+            std::uint32_t mKey = 0;
+            std::uint32_t mTail = NONE;   // the last entry of the chain; NONE for a free slot
+            CElement * mAnswer =
+                nullptr;   // of the chain's elements the one that a plain lookup gives; null for none
         };
 
         CChainTable();
         const Slot * Find(std::uint32_t key) const
         {
-            for (std::size_t at = Home(key); mSlots[at].mTail != NONE; at = Next(at)) {
-                if (mSlots[at].mKey == key)
-                    return &mSlots[at];
-            }
-            return nullptr;
+            const Slot & slot = Probe(key);
+            return slot.mTail != NONE ? &slot : nullptr;
         }
+        CElement * Answer(std::uint32_t key) const { return Probe(key).mAnswer; }
         Slot & FindOrAdd(std::uint32_t key) noexcept;
         void Erase(std::uint32_t key) noexcept;
         void Reserve();   // room for one more key
 
     private:
         std::size_t Home(std::uint32_t key) const { return (key * 0x9E3779B1U) >> mShift; }
-        std::size_t Next(std::size_t at) const { return (at + 1) & (mSlots.size() - 1); }
+        std::size_t Next(std::size_t at) const { return (at + 1) & mMask; }
 
-        std::vector<Slot> mSlots;   // a power of two of them, at least a quarter free
+        // The key's slot, or a free one. A free slot has the key 0, so that the search for 0 may end at one: rightly,
+        // as no search goes past a free slot.
+        const Slot & Probe(std::uint32_t key) const
+        {
+            const Slot * const slots = mSlots.get();
+            std::size_t at = Home(key);
+            while (slots[at].mKey != key && slots[at].mTail != NONE)
+                at = Next(at);
+            return slots[at];
+        }
+
+        std::unique_ptr<Slot[]> mSlots;   // at least a quarter of them free
+        std::size_t mMask;                // their number, a power of two, less 1
+        unsigned mShift;                  // 32 less the binary logarithm of their number
         std::size_t mCount = 0;
-        unsigned mShift;   // 32 less the binary logarithm of the number of slots
     };
 
     /// One of the two ways into the entries: which table, which link, and which element of a chain is its answer.

@@ -11,7 +11,6 @@
 #include <misc/stringutil.h>
 
 #include <algorithm>
-#include <cstring>
 #include <iterator>
 #include <utility>
 
@@ -27,14 +26,9 @@ bool IsPlain(const CElement & element)
     return row == nullptr || row->NumIndices() == 0;
 }
 
-// Whether a key text can be nothing but a name: no number begins so, and no index follows.
-bool IsNameOnly(const std::string & key)
+CElement & ElementOrNull(CElement * element)
 {
-    if (key.empty())
-        return false;
-    const auto first = static_cast<unsigned char>(key.front());
-    const bool isLetter = (first | 0x20U) >= 'a' && (first | 0x20U) <= 'z';
-    return (isLetter || first == '_') && std::memchr(key.data(), '.', key.size()) == nullptr;
+    return element != nullptr ? *element : CNullElement::Ref();
 }
 
 // The clone of a foreign context class may be null or of any class; its tags must do then.
@@ -136,25 +130,16 @@ CElement & CSubsystemConfig::Element(std::uint32_t id)
     ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::Element");
 
     // Of several elements with one number the one added last answers, intended; the form with a text gives the first.
-    if (mIndex->IsExact()) {
-        CElement * last = mIndex->LastWithId(id);
-        return last != nullptr ? *last : CNullElement::Ref();
-    }
-    const auto found = std::find_if(
-        mElements.rbegin(), mElements.rend(), [id](const CElement * element) { return element->PsId() == id; });
-    return found != mElements.rend() ? **found : CNullElement::Ref();
+    return ElementOrNull(mIndex->IsExact() ? mIndex->LastWithId(id) : WalkToLast(id));
 }
 
 CElement & CSubsystemConfig::Element(const std::string & key)
 {
     ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::Element");
 
-    if (mIndex->IsExact() && IsNameOnly(key) && !CTheMsgHnd::DebugActivated()) {
-        CElement * first = mIndex->FirstPlainNamed(key, CElementIndex::HashOfName(key));
-        return first != nullptr ? *first : CNullElement::Ref();
-    }
-    const auto found = ElementIterator(key, nullptr);
-    return found != mElements.end() ? **found : CNullElement::Ref();
+    const CElementIndex::NameKey name = CElementIndex::KeyOf(key);
+    const bool isIndexed = mIndex->IsExact() && name.mIsPlainText && !CTheMsgHnd::DebugActivated();
+    return ElementOrNull(isIndexed ? mIndex->FirstPlainNamed(name) : WalkToFirst(key));
 }
 
 const std::list<CElement *> & CSubsystemConfig::Elements()
@@ -329,7 +314,7 @@ CSubsystemConfig::ElementList::iterator CSubsystemConfig::ElementIterator(
     }
     for (const CElementIndex::Entry & candidate :
         query.mIsNumber ? mIndex->WithId(query.mNumber)
-                        : mIndex->WithHash(CElementIndex::HashOfName(query.mName)))
+                        : mIndex->WithHash(CElementIndex::KeyOf(query.mName).mHash))
     {
         if (query.Names(*candidate.mElement) && query.Selects(*candidate.mElement))
             return candidate.mPosition;
@@ -358,6 +343,19 @@ bool CSubsystemConfig::RemoveElement(ElementList::iterator position)
     mElements.erase(position);
     OnElementGone(removed.get(), nullptr);
     return result = true;
+}
+
+CElement * CSubsystemConfig::WalkToLast(std::uint32_t id) const
+{
+    const auto found = std::find_if(
+        mElements.rbegin(), mElements.rend(), [id](const CElement * element) { return element->PsId() == id; });
+    return found != mElements.rend() ? *found : nullptr;
+}
+
+CElement * CSubsystemConfig::WalkToFirst(const std::string & key)
+{
+    const auto found = ElementIterator(key, nullptr);
+    return found != mElements.end() ? *found : nullptr;
 }
 
 const CElement * CSubsystemConfig::FirstWithId(std::uint32_t id) const
