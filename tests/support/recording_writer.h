@@ -24,13 +24,13 @@
 
 namespace VrexZynConfigTools::support {
 
-/// Type code and text of a payload; of a complex one its fields: "9(4:1 8:abc)".
+/// Type code and text of a payload; of a complex one its fields: "9:(4:1 8:abc)".
 inline std::string TextOf(IPayload & payload)
 {
-    std::string text = std::to_string(payload.Type());
+    std::string text = std::to_string(payload.Type()) + ":";
     auto * complex = dynamic_cast<CComplexPayload *>(&payload);
     if (complex == nullptr)
-        return text.append(":").append(payload.ToString());
+        return text.append(payload.ToString());
     const char * separator = "(";
     for (IPayload * field : complex->GetFields()) {
         text.append(separator).append(field != nullptr ? TextOf(*field) : "null");
