@@ -1,0 +1,130 @@
+/// What a randomised test draws from: few numbers, names and tags, chosen so that they collide, and nasty ones.
+
+#ifndef TESTS_SUPPORT_RANDOM_SOURCE_H
+#define TESTS_SUPPORT_RANDOM_SOURCE_H
+
+#include <support/walk_model.h>
+
+#include <array>
+#include <cctype>
+#include <cstdint>
+#include <locale>
+#include <random>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace VrexZynConfigTools::support {
+
+class RandomSource
+{
+public:
+    explicit RandomSource(std::uint32_t seed)
+        : mRandom(seed)
+    {}
+
+    std::size_t Below(std::size_t limit) { return mRandom() % limit; }
+    bool Chance(std::size_t percent) { return Below(100) < percent; }
+
+    template <typename ContainerT>
+    const typename ContainerT::value_type & Of(const ContainerT & container)
+    {
+        return container[Below(container.size())];
+    }
+
+    std::uint32_t Id(std::size_t spread)
+    {
+        static const std::vector<std::uint32_t> NASTY{ 0, 1, 5, 8, 10, 12, 16, 100, 2147483647U, 2147483648U,
+            3000000000U, 4294967295U };
+        return Chance(40) ? Of(NASTY) : static_cast<std::uint32_t>(Below(spread));
+    }
+
+    std::string Name(std::size_t spread)
+    {
+        static const std::vector<std::string> NASTY{ "", " ", "a", "Ab", "12abc", "12ABC", "0x", "0x10", "16",
+            "020", "08", "+5", " 5", "5 ", "-1", "2147483648", "3000000000", "\xC4\xD6", "\xE4\xF6", "a.b", ".",
+            std::string("n\0x", 3), std::string("5\0a", 3), std::string("\0", 1), "\x0BZ", "-", "0B",
+            "aNameTooLongForTheSmallBufferOfAString", "anametoolongforthesmallbufferofastrinG" };
+        return Recased(Chance(40) ? Of(NASTY) : Numbered("Key", Below(spread)));
+    }
+
+    /// Any text that a lookup may be asked with.
+    std::string KeyText(std::size_t spread)
+    {
+        static const std::vector<std::string> PIECES{ "", "0", "1", "2", "3", "-1", "x", " 2", "1x",
+            "4294967295", "99999999999", "99999999999999999999" };
+        std::string text = Chance(50) ? Name(spread) : Number(spread);
+        const std::size_t indices = Chance(60) ? 0 : 1 + Below(3);
+        for (std::size_t i = 0; i < indices; ++i)
+            text += "." + Of(PIECES);
+        return text;
+    }
+
+    std::vector<std::uint32_t> Indices()
+    {
+        std::vector<std::uint32_t> indices;
+        for (std::size_t i = Below(4); i > 0; --i)
+            indices.push_back(Chance(5) ? 4294967295U : static_cast<std::uint32_t>(Below(3)));
+        return indices;
+    }
+
+    /// A tag of those that rule how an element is stored; an empty value deletes it.
+    std::pair<std::string, std::string> InsertTag()
+    {
+        static const std::vector<std::string> MODES{ "", "new", "NEW", "overwrite", "OverWrite", "append",
+            "junk", "new " };
+        static const std::vector<std::string> COUNTS{ "", "", "", "1", "0", "junk" };
+        static const std::vector<std::string> KEYS{ "index1", "index10", "index2", "myIndexfoo", "INDEX3" };
+        static const std::vector<std::string> VALUES{ "", "", "0", "1", "2", "junk", "-1", "4294967295", " 2",
+            "99999999999999999999" };
+        switch (Below(4)) {
+        case 0:
+            return { "num_indices", Of(COUNTS) };
+        case 1:
+            return { Of(KEYS), Of(VALUES) };
+        default:
+            return { Chance(80) ? "insertmode" : "InsertMode", Of(MODES) };
+        }
+    }
+
+    ModelElement Element(int uid, std::size_t spread, std::size_t foreignPercent)
+    {
+        static constexpr std::array<std::uint64_t, 3> LENGTHS{ 0, 1, 5 };
+        ModelElement element{ uid, { Id(spread), Name(spread), Chance(20), {} }, Of(LENGTHS), Rule::LIBRARY };
+        if (element.mView.mIsRow)
+            element.mView.mIndices = Indices();
+        if (Chance(foreignPercent))
+            element.mRule = static_cast<Rule>(1 + Below(static_cast<std::size_t>(Rule::COUNT) - 1));
+        return element;
+    }
+
+private:
+    std::string Recased(std::string text)
+    {
+        for (char & c : text) {
+            if (Chance(20))
+                c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+        }
+        return text;
+    }
+
+    std::string Number(std::size_t spread)
+    {
+        static const std::vector<std::string> BLANKS{ "", "", "", "", " ", "\t", "\n\v", "+", "-", " +", "0" };
+        std::ostringstream digits;
+        digits.imbue(std::locale::classic());
+        if (Chance(30))
+            digits << std::hex << std::showbase;
+        else if (Chance(20))
+            digits << std::oct << std::showbase;
+        digits << Id(spread);
+        return Of(BLANKS) + digits.str() + (Chance(5) ? "z" : "");
+    }
+
+    std::mt19937 mRandom;
+};
+
+}   // namespace VrexZynConfigTools::support
+
+#endif
