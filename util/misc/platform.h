@@ -1,0 +1,55 @@
+/// Everything that asks the operating system. One source for each family of systems implements it.
+///
+/// Names and paths are bytes and go through unconverted. Nothing here reports an error but by its result.
+
+#ifndef MISC_PLATFORM_H
+#define MISC_PLATFORM_H
+
+#include <string>
+#include <vector>
+
+namespace platform {
+
+/// Between the components of a path.
+inline constexpr char SEPARATOR = '/';
+
+enum class PathKind
+{
+    Missing,   // there is nothing, or its attributes can't be read
+    Directory,
+    Other
+};
+
+/// What stands at `path`; links are followed.
+PathKind KindOf(const std::string & path);
+
+enum class SearchResult
+{
+    Found,
+    NoMatch,   // the directory was searched and holds no such entry
+    Failed     // the directory can't be searched
+};
+
+/// Searches one directory. The last component of `searchPath` is a pattern, in which "*" stands for any text and "?"
+/// for any one character, a leading dot included; case counts. The components before it are the directory, taken
+/// literally; without them it is the current one. `names` becomes the plain names of the matching entries of any
+/// kind, "." and ".." among them, in ascending byte order.
+SearchResult FindEntries(const std::string & searchPath, std::vector<std::string> & names);
+
+using ModuleHandle = void *;   // null is no module
+using EntryPoint = void (*)();
+
+/// Loads the shared module at `path`. A path without a directory means the current one. Null on failure: also for
+/// what is no regular file, and for a file that is cut short or corrupted, as far as its headers and tables show.
+/// Each success needs one `CloseModule`.
+ModuleHandle OpenModule(const std::string & path);
+
+/// The function of this name that the module itself exports; null if it exports none, also when a library that it
+/// is linked to does.
+EntryPoint FindEntryPoint(ModuleHandle module, const char * name);
+
+void CloseModule(ModuleHandle module);
+
+}   // namespace platform
+
+#endif
