@@ -1,0 +1,19 @@
+/// `Use` with a null address, which its contract lets pass.
+
+#ifndef TESTS_SUPPORT_NULL_METADATA_REFERENCE_H
+#define TESTS_SUPPORT_NULL_METADATA_REFERENCE_H
+
+#include <configtools/payloads.h>
+
+namespace VrexZynConfigTools::support {
+
+/// The run-time check of references is off here, because binding a null one is the point.
+__attribute__((no_sanitize("null"), noinline)) inline void UseNothing(IMetadataUser & user)
+{
+    const IMetadata * const nothing = nullptr;
+    user.Use(*nothing);
+}
+
+}   // namespace VrexZynConfigTools::support
+
+#endif
