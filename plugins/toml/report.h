@@ -1,0 +1,44 @@
+/// How the plug-in reports: by an error in the framework's message group, the only way that a reader or a writer has.
+
+#ifndef TOMLCONFIG_REPORT_H
+#define TOMLCONFIG_REPORT_H
+
+#include <exception>
+#include <new>
+#include <string>
+
+namespace tomlconfig {
+
+bool IsErrorStanding();
+
+/// Records an error; one that stands already is kept, and `text` follows on a line of its own.
+void ReportError(const std::string & text);
+
+/// A status message; no error.
+void ReportWarning(const std::string & text);
+
+/// Why an exception ended an operation on `path`.
+void ReportException(const std::string & path, const char * what);
+
+/// Runs `action` and lets nothing but `std::bad_alloc` out, which no interface of the framework expects from a
+/// plug-in. Anything else becomes an error. `onException` is called for every exception, that one included.
+template <typename ActionT, typename OnExceptionT>
+void Guarded(const std::string & path, ActionT action, OnExceptionT onException)
+{
+    try {
+        action();
+    } catch (const std::bad_alloc &) {
+        onException();
+        throw;
+    } catch (const std::exception & error) {
+        onException();
+        ReportException(path, error.what());
+    } catch (...) {
+        onException();
+        ReportException(path, "unknown");
+    }
+}
+
+}   // namespace tomlconfig
+
+#endif
