@@ -1,0 +1,152 @@
+#include "findings.h"
+
+#include "vocabulary.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace tomlconfig {
+
+namespace {
+
+constexpr std::size_t QUOTE_LIMIT = 60;   // bytes of user text in a message
+
+std::string Printable(std::string_view text)
+{
+    if (IsPlainText(text))
+        return std::string(text);
+    std::string printable;
+    for (const char character : text) {
+        if (character >= 0x20 && character < 0x7F)
+            printable += character;
+        else
+            printable += "\\x" + HexText(std::string_view(&character, 1), "");
+    }
+    return printable;
+}
+
+std::string Lowered(std::string text)
+{
+    for (char & character : text)
+        if (character >= 'A' && character <= 'Z')
+            character = static_cast<char>(character - 'A' + 'a');
+    return text;
+}
+
+// The least number of letters to insert, remove or change that turns one word into the other.
+std::size_t DistanceOf(const std::string & left, const std::string & right)
+{
+    std::vector<std::size_t> row(right.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{ 0 });
+    for (std::size_t i = 0; i < left.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 0; j < right.size(); ++j) {
+            const std::size_t changed = diagonal + (left[i] == right[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({ changed, row[j] + 1, row[j + 1] + 1 });
+        }
+    }
+    return row[right.size()];
+}
+
+std::string Nearest(const std::string & word, const std::vector<std::string> & known)
+{
+    constexpr std::size_t LONGEST = 30;   // no word of the format is longer
+    if (word.size() > LONGEST)
+        return "";
+    std::string nearest;
+    std::size_t best = std::max<std::size_t>(1, word.size() / 3) + 1;
+    for (const std::string & candidate : known) {
+        const std::size_t distance = DistanceOf(Lowered(word), candidate);
+        if (distance < best) {
+            best = distance;
+            nearest = candidate;
+        }
+    }
+    return nearest;
+}
+
+}   // namespace
+
+CFindings::CFindings(const std::string & path)
+    : mPath(path)
+{}
+
+void CFindings::Add(const toml::source_position & place, const std::string & text)
+{
+    mFindings.push_back({ place, Printable(text) });
+}
+
+void CFindings::Add(const toml::node & node, const std::string & text)
+{
+    Add(node.source().begin, text);
+}
+
+bool CFindings::IsEmpty() const
+{
+    return mFindings.empty();
+}
+
+std::string CFindings::Text() const
+{
+    std::vector<Finding> sorted = mFindings;
+    std::stable_sort(sorted.begin(), sorted.end(),
+        [](const Finding & left, const Finding & right) { return left.mPlace < right.mPlace; });
+    std::string text;
+    for (const Finding & finding : sorted) {
+        if (!text.empty())
+            text += '\n';
+        text += PlaceText(mPath, finding.mPlace) + ": " + finding.mText;
+    }
+    return text;
+}
+
+std::string PlaceText(const std::string & path, const toml::source_position & place)
+{
+    const auto line = std::max(place.line, toml::source_index{ 1 });   // an empty file has no line of its own
+    const auto column = std::max(place.column, toml::source_index{ 1 });
+    return path + ':' + std::to_string(line) + ':' + std::to_string(column);
+}
+
+std::string Quoted(std::string_view text)
+{
+    const std::string printable = Printable(text.substr(0, QUOTE_LIMIT));
+    return '"' + printable + (text.size() > QUOTE_LIMIT ? "...\"" : "\"");
+}
+
+const char * KindOf(const toml::node & node)
+{
+    switch (node.type()) {
+    case toml::node_type::table:
+        return "a table";
+    case toml::node_type::array:
+        return "an array";
+    case toml::node_type::string:
+        return "a text";
+    case toml::node_type::integer:
+        return "a whole number";
+    case toml::node_type::floating_point:
+        return "a number with a fraction";
+    case toml::node_type::boolean:
+        return "a boolean";
+    default:
+        return "a date or time";
+    }
+}
+
+std::string Advice(const std::string & word, const std::vector<std::string> & known)
+{
+    const std::string nearest = Nearest(word, known);
+    if (!nearest.empty())
+        return "; did you mean " + Quoted(nearest) + '?';
+    std::string list;
+    for (std::size_t position = 0; position < known.size(); ++position) {
+        if (position != 0)
+            list += position + 1 < known.size() ? ", " : " or ";
+        list += Quoted(known[position]);
+    }
+    return "; expected " + list;
+}
+
+}   // namespace tomlconfig

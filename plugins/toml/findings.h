@@ -1,0 +1,54 @@
+/// What is wrong with a file: every finding with its place and what was expected, collected in one run.
+
+#ifndef TOMLCONFIG_FINDINGS_H
+#define TOMLCONFIG_FINDINGS_H
+
+#include <toml++/toml.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tomlconfig {
+
+class CFindings
+{
+public:
+    explicit CFindings(const std::string & path);
+
+    void Add(const toml::source_position & place, const std::string & text);
+
+    /// At the begin of a node.
+    void Add(const toml::node & node, const std::string & text);
+
+    bool IsEmpty() const;
+
+    /// "file:line:column: text", a line for each finding, in the order of the file.
+    std::string Text() const;
+
+private:
+    struct Finding
+    {
+        toml::source_position mPlace;
+        std::string mText;
+    };
+
+    std::string mPath;
+    std::vector<Finding> mFindings;
+};
+
+/// "file:line:column".
+std::string PlaceText(const std::string & path, const toml::source_position & place);
+
+/// User text between double quotes, made printable, cut where it is long.
+std::string Quoted(std::string_view text);
+
+/// What a node is, in words: "a whole number", "a text".
+const char * KindOf(const toml::node & node);
+
+/// `; did you mean "uint8"?` where one of the words is near; otherwise `; expected "a", "b" or "c"`.
+std::string Advice(const std::string & word, const std::vector<std::string> & known);
+
+}   // namespace tomlconfig
+
+#endif
