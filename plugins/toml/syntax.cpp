@@ -1,0 +1,144 @@
+#include "syntax.h"
+
+#include "findings.h"
+
+#include <configtools/keywords.h>
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+
+namespace tomlconfig {
+
+using namespace VrexZynConfigTools;
+
+namespace {
+
+constexpr std::size_t MAX_DOTS = 1000;   // in one statement; this format needs one
+
+// Follows the text so far as to tell keys from strings and comments.
+class CStatementScan
+{
+public:
+    explicit CStatementScan(std::string_view text)
+        : mText(text)
+    {}
+
+    std::optional<toml::source_position> FirstOverlong()
+    {
+        while (mPosition < mText.size()) {
+            const char character = mText[mPosition];
+            if (character == '"' || character == '\'')
+                SkipString(character);
+            else if (character == '#')
+                SkipUntil('\n');
+            else
+                Plain(character);
+            if (mDots > MAX_DOTS)
+                return toml::source_position{ mLine, 1 };
+        }
+        return std::nullopt;
+    }
+
+private:
+    void Plain(char character)
+    {
+        if (character == '[' || character == '{')
+            ++mOpen;
+        else if ((character == ']' || character == '}') && mOpen > 0)
+            --mOpen;
+        else if (character == '.')
+            ++mDots;
+        else if (character == '\n' && mOpen == 0)
+            mDots = 0;   // the next statement begins
+        Advance();
+    }
+
+    void SkipString(char quote)
+    {
+        const std::string tripled(3, quote);
+        const bool isMultiLine = mText.substr(mPosition, 3) == tripled;
+        Advance(isMultiLine ? 3 : 1);
+        while (mPosition < mText.size()) {
+            const char character = mText[mPosition];
+            if (isMultiLine ? mText.substr(mPosition, 3) == tripled : character == quote)
+                break;
+            if (!isMultiLine && character == '\n')
+                return;   // not closed, which the parser will tell
+            Advance(character == '\\' && quote == '"' ? 2 : 1);
+        }
+        Advance(isMultiLine ? 3 : 1);
+        for (int extra = 0; isMultiLine && extra < 2 && mText.substr(mPosition, 1) == tripled.substr(0, 1);
+             ++extra)
+            Advance();   // up to two quotes stand directly before the closing three
+    }
+
+    void SkipUntil(char end)
+    {
+        while (mPosition < mText.size() && mText[mPosition] != end)
+            Advance();
+    }
+
+    void Advance(std::size_t count = 1)
+    {
+        for (; count > 0 && mPosition < mText.size(); --count)
+            mLine += mText[mPosition++] == '\n' ? 1u : 0u;
+    }
+
+    std::string_view mText;
+    std::size_t mPosition = 0;
+    std::size_t mOpen = 0;   // brackets and braces
+    std::size_t mDots = 0;   // in the statement so far
+    toml::source_index mLine = 1;
+};
+
+std::string Explained(const toml::parse_error & error)
+{
+    std::string text(error.description());
+    if (text.find("not representable") != std::string::npos)
+        text +=
+            "; write an unsigned 64-bit number above 9223372036854775807 as a text, \"18446744073709551615\"";
+    return text;
+}
+
+}   // namespace
+
+std::optional<std::string> ReadFile(const std::string & path, std::string & error)
+{
+    errno = 0;
+    std::ifstream file(path, std::ios::binary);
+    if (!file.is_open()) {
+        error = path + ": " + keywords::ERROR_UNABLE_TO_OPEN_FILE + " (" + std::strerror(errno) + ')';
+        return std::nullopt;
+    }
+    std::string content;
+    char block[1 << 14];
+    while (file.read(block, sizeof block), file.gcount() > 0)
+        content.append(block, static_cast<std::size_t>(file.gcount()));
+    if (file.bad()) {   // a directory, among others
+        error = path + ": " + keywords::ERROR_READING_FILE + " (" + std::strerror(errno) + ')';
+        return std::nullopt;
+    }
+    return content;
+}
+
+std::optional<toml::table> ParseText(std::string_view text, CFindings & findings)
+{
+    if (const auto place = FindOverlongKey(text)) {
+        findings.Add(*place, "a key of more than " + std::to_string(MAX_DOTS) + " parts; expected two at most");
+        return std::nullopt;
+    }
+    try {
+        return toml::table(toml::parse(text, std::string_view()));
+    } catch (const toml::parse_error & error) {
+        findings.Add(error.source().begin, Explained(error));
+        return std::nullopt;
+    }
+}
+
+std::optional<toml::source_position> FindOverlongKey(std::string_view text)
+{
+    return CStatementScan(text).FirstOverlong();
+}
+
+}   // namespace tomlconfig
