@@ -1,0 +1,42 @@
+#include "storelayers.h"
+
+#include "vocabulary.h"
+
+namespace tomlconfig {
+
+namespace {
+
+constexpr int MAX_LAYER = 15;
+constexpr int MAX_TAG = 65535;
+
+// Takes the text up to `separator` off the front, as a number; all of it where there is no separator.
+std::optional<int> TakeNumber(std::string_view & text, char separator, int min, int max)
+{
+    const std::size_t end = text.find(separator);
+    const auto number = ParseDecimal(text.substr(0, end), min, max);
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    return number ? std::optional(static_cast<int>(*number)) : std::nullopt;
+}
+
+}   // namespace
+
+std::optional<StoreLayers> ParseStoreLayers(std::string_view text)
+{
+    StoreLayers layers;
+    while (!text.empty()) {
+        const std::size_t end = text.find(',');
+        std::string_view piece = text.substr(0, end);
+        const auto device = TakeNumber(piece, '.', -1, MAX_TAG);
+        const auto store = TakeNumber(piece, ':', 0, MAX_TAG);
+        const auto layer = ParseDecimal(piece, 1, MAX_LAYER);
+        const bool endsInComma = end != std::string_view::npos && end + 1 == text.size();
+        if (!device || !store || !layer || endsInComma)
+            return std::nullopt;
+        if (!layers.emplace(std::pair(*device, *store), static_cast<int>(*layer)).second)
+            return std::nullopt;
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
+    return layers;
+}
+
+}   // namespace tomlconfig
