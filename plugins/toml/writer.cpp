@@ -1,0 +1,293 @@
+#include "writer.h"
+
+#include "report.h"
+#include "vocabulary.h"
+
+#include <configtools/context.h>
+#include <configtools/keywords.h>
+#include <configtools/metadata.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace tomlconfig {
+
+namespace {
+
+constexpr char FILTERED_NOTE[] =
+    "# A filtered write: each key once, from the layer that won. For reading by people and "
+    "scripts;\n# a reader needs devices and stores and refuses this file.\n";
+
+std::string Line(const std::string & name, const std::string & value)
+{
+    return name + " = " + value + '\n';
+}
+
+std::string Quotes(const std::string & text)
+{
+    return '"' + text + '"';
+}
+
+// The keyword of a type or device; the number where it has none.
+std::string WordOrNumber(int number, const std::vector<TagWord> & words)
+{
+    const auto found = std::find_if(words.begin(), words.end(),
+        [number](const TagWord & candidate) { return candidate.mNumber == number; });
+    return found != words.end() ? Quotes(found->mWord) : std::to_string(number);
+}
+
+bool IsText(const std::string & typeWord)
+{
+    return typeWord == keywords::TYPE_STRING || typeWord == keywords::TYPE_OCTET_STRING;
+}
+
+// One index as a number, any other count as an array.
+std::string IndicesText(const std::vector<std::uint32_t> & indices)
+{
+    std::string text;
+    for (const std::uint32_t index : indices)
+        text += (text.empty() ? "" : ", ") + std::to_string(index);
+    return indices.size() == 1 ? text : '[' + text + ']';
+}
+
+}   // namespace
+
+CTomlWriter::CTomlWriter(const std::string & path)
+    : mPath(path)
+{}
+
+// Whatever goes wrong in a call, the file must not take its place.
+template <typename ActionT>
+void CTomlWriter::Run(ActionT action)
+{
+    Guarded(mPath, action, [this] { mHasFailed = true; });
+}
+
+void CTomlWriter::Fail(const std::string & text)
+{
+    mHasFailed = true;
+    ReportError(mPath + ": " + text);
+}
+
+// After a failure there is nothing more to say; before StartWrite a call is a fault of the caller.
+bool CTomlWriter::CanWrite()
+{
+    if (!mFile.IsOpen() && !mHasFailed)
+        Fail(std::string(keywords::ERROR_INVALID_OPERATION) + " (no write has been started)");
+    return !mHasFailed;
+}
+
+void CTomlWriter::PrepareWriter(IConfigContext &) {}
+
+void CTomlWriter::StartWrite(IConfigContext & context)
+{
+    Run([&] {
+        mText.clear();
+        mHasHeader = false;
+        mHasFailed = false;
+        mIsInSubsystem = false;
+        mElement.reset();
+        mLayerFilter = context.GetTag(keywords::TAG_LAYER_FILTER);
+        mChip = context.GetTag(keywords::TAG_CHIP);
+        std::string reason;
+        if (!mFile.Open(mPath, reason))
+            Fail(std::string(keywords::ERROR_UNABLE_TO_WRITE_FILE) + " (" + reason + ')');
+    });
+}
+
+void CTomlWriter::EndWrite(IConfigContext &)
+{
+    Run([this] { Finish(); });
+    mFile.Discard();   // nothing is left of it if it took its place
+    mText.clear();
+    mHasFailed = false;
+}
+
+void CTomlWriter::Finish()
+{
+    if (!mFile.IsOpen() || mHasFailed || IsErrorStanding())
+        return;
+    if (!mHasHeader)
+        AddHeader(mChip);
+    std::string reason;
+    if (!mFile.Commit(mText, reason))
+        Fail(std::string(keywords::ERROR_UNABLE_TO_WRITE_FILE) + " (" + reason + ')');
+}
+
+void CTomlWriter::AddHeader(const std::string & chip)
+{
+    mHasHeader = true;
+    mChip = chip;
+    const bool isFiltered = !mLayerFilter.empty();
+    if (isFiltered)
+        mText += FILTERED_NOTE;
+    if (!isFiltered || !chip.empty())
+        mText += Line(field::CHIP, TextValue(chip));
+    if (isFiltered) {
+        const bool isNumber = ParseDecimal(mLayerFilter, INT16_MIN, INT16_MAX).has_value();
+        mText += Line(field::LAYER_FILTER, isNumber ? mLayerFilter : TextValue(mLayerFilter));
+    }
+}
+
+void CTomlWriter::StartSubsystem(IConfigContext & context)
+{
+    Run([&] {
+        if (CanWrite())
+            AddSubsystem(context);
+    });
+}
+
+void CTomlWriter::AddSubsystem(IConfigContext & context)
+{
+    const std::string chip = context.GetTag(keywords::TAG_CHIP);
+    if (!mHasHeader)
+        AddHeader(chip);
+    if (chip != mChip)
+        return Fail("subsystems of two chips, " + TextValue(mChip) + " and " + TextValue(chip) +
+                    "; a file holds those of one");
+    mIsInSubsystem = true;
+    mText += "\n[[subsystem]]\n";
+    AddTag(context, keywords::TAG_SUBSYSTEM_TYPE, field::TYPE, SubsystemWords());
+    if (!mLayerFilter.empty())
+        return AddTag(context, keywords::TAG_LAYER_NUMBER, field::LAYER, {});
+    AddTag(context, keywords::TAG_DEVICE, field::DEVICE, DeviceWords());
+    AddTag(context, keywords::TAG_STORE, field::STORE, {});
+}
+
+void CTomlWriter::AddTag(
+    IConfigContext & context, const char * tag, const char * name, const std::vector<TagWord> & words)
+{
+    constexpr std::int64_t MAX_TAG = 65535;
+    const std::string text = context.GetTag(tag);
+    const auto number = ParseDecimal(text, words.empty() ? 0 : -1, MAX_TAG);
+    if (!number && !text.empty())
+        return Fail("a subsystem whose context tag \"" + std::string(tag) + "\" reads " + TextValue(text) +
+                    "; expected a number up to " + std::to_string(MAX_TAG));
+    mText += Line(name, number ? WordOrNumber(static_cast<int>(*number), words) : Quotes(""));
+}
+
+void CTomlWriter::EndSubsystem(IConfigContext &)
+{
+    mIsInSubsystem = false;   // also without a start: an empty filtered write ends so
+}
+
+void CTomlWriter::StartElement(IConfigContext & context)
+{
+    Run([&] {
+        if (!CanWrite())
+            return;
+        if (!mIsInSubsystem)
+            return Fail(std::string(keywords::ERROR_INVALID_OPERATION) + " (a key outside of a subsystem)");
+        mElement.emplace();
+        mElement->mIsRaw = context.TagMatches(keywords::TAG_RAW_MODE, keywords::VALUE_TRUE);
+    });
+}
+
+void CTomlWriter::EndElement(IConfigContext &)
+{
+    Run([this] {
+        if (mElement && !mHasFailed)
+            AddElement(*mElement);
+        mElement.reset();
+    });
+}
+
+void CTomlWriter::WriteKeyId(std::uint32_t psId, IConfigContext &)
+{
+    if (mElement)
+        mElement->mId = psId;
+}
+
+void CTomlWriter::WriteNamedData(
+    const std::string & name, const void * data, std::uint32_t size, IConfigContext &)
+{
+    Run([&] {
+        if (mElement)
+            AddNamedData(name, data, size);
+    });
+}
+
+void CTomlWriter::AddNamedData(const std::string & name, const void * data, std::uint32_t size)
+{
+    mElement->mIsRow = true;
+    if (name == keywords::TAG_NUM_INDICES)
+        return;   // the indices that follow are counted
+    std::uint32_t index = 0;
+    if (name != keywords::TAG_INDEX || data == nullptr || size != sizeof index)
+        return Fail("key " + std::to_string(mElement->mId) + ": named data that a file can't hold");
+    std::memcpy(&index, data, sizeof index);
+    mElement->mIndices.push_back(index);
+}
+
+void CTomlWriter::WritePayload(IPayload & payload, IConfigContext &)
+{
+    Run([&] {
+        if (mElement)
+            AddPayload(payload);
+    });
+}
+
+void CTomlWriter::AddPayload(IPayload & payload)
+{
+    if (mElement->mValues.empty())
+        mElement->mRecord = RecordOf(payload, mElement->mId);
+    auto value = PayloadValue(payload, 1);
+    if (!value)
+        return Fail("key " + std::to_string(mElement->mId) + ": a payload that a file can't hold");
+    mElement->mValues.push_back(std::move(*value));
+}
+
+// A payload may carry the record of a struct's field; only that of the key itself says how the key is called.
+std::optional<CTomlWriter::Record> CTomlWriter::RecordOf(IPayload & payload, std::uint32_t psId)
+{
+    auto * user = dynamic_cast<IMetadataUser *>(&payload);
+    const IMetadata * metadata = user != nullptr ? user->Metadata() : nullptr;
+    if (metadata == nullptr || !metadata->IsValid() || metadata->PsId() != psId)
+        return std::nullopt;
+    return Record{ metadata->Name(), metadata->InternalType(), metadata->IsArray(), metadata->MetadataType() };
+}
+
+void CTomlWriter::AddElement(const Element & element)
+{
+    const std::string typeWord = TypeWord(element);
+    mText += "\n[[subsystem.key]]\n" + Line(field::ID, std::to_string(element.mId));
+    if (element.mRecord && !element.mRecord->mName.empty())
+        mText += Line(field::NAME, TextValue(element.mRecord->mName));
+    mText += Line(field::TYPE, Quotes(typeWord));
+    if (element.mIsRow)
+        mText += Line(field::INDEX, IndicesText(element.mIndices));
+    mText += Line(field::VALUE, ValueOf(element, typeWord));
+}
+
+// The class of an element isn't told. What its record says comes first, then what its payloads look like.
+std::string CTomlWriter::TypeWord(const Element & element)
+{
+    const auto & record = element.mRecord;
+    const bool isRawRow = element.mIsRow && record && record->mInternalType == word::RAW;
+    if (isRawRow || (element.mIsRaw && !element.mIsRow))   // rows switch raw mode on for reasons of their own
+        return word::RAW;
+    const auto & values = element.mValues;
+    if (values.empty() || (record && record->mMetadataType == METADATA_STRUCT))
+        return word::STRUCT;
+    const ValueText & first = values.front();
+    const bool areAlike = std::all_of(values.begin(), values.end(),
+        [&first](const ValueText & value) { return value.mIsLeaf && value.mWord == first.mWord; });
+    const bool isTextAlone = values.size() == 1 || element.mIsRow || !IsText(first.mWord);
+    if (!areAlike || !isTextAlone)   // only a row holds several texts
+        return word::STRUCT;
+    const bool isInteger =
+        first.mWord == keywords::TYPE_INT64 && record && record->mInternalType == keywords::TYPE_INTEGER;
+    return isInteger ? keywords::TYPE_INTEGER : first.mWord;
+}
+
+std::string CTomlWriter::ValueOf(const Element & element, const std::string & typeWord)
+{
+    const auto & values = element.mValues;
+    if (typeWord == word::STRUCT || typeWord == word::RAW)
+        return FieldsText(values, 0);
+    const bool mayBeArray = element.mIsRow || !IsText(typeWord);
+    const bool isArray = mayBeArray && element.mRecord && element.mRecord->mIsArray;
+    return values.size() > 1 || isArray ? ArrayText(values) : values.front().mText;
+}
+
+}   // namespace tomlconfig

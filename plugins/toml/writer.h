@@ -1,0 +1,88 @@
+/// The writer of the plug-in.
+
+#ifndef TOMLCONFIG_WRITER_H
+#define TOMLCONFIG_WRITER_H
+
+#include "targetfile.h"
+#include "valuetext.h"
+#include "vocabulary.h"
+
+#include <configtools/readerwriter.h>
+#include <configtools/types.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tomlconfig {
+
+/// Writes one file. The text grows in memory and becomes the file's content at the end of the write, if no error
+/// stands in the framework's group and everything could be told; otherwise the file stays as it was.
+class CTomlWriter : public IConfigWriter
+{
+public:
+    explicit CTomlWriter(const std::string & path);
+
+    void PrepareWriter(IConfigContext & context) override;
+    void StartWrite(IConfigContext & context) override;
+    void EndWrite(IConfigContext & context) override;
+    void StartSubsystem(IConfigContext & context) override;
+    void EndSubsystem(IConfigContext & context) override;
+    void StartElement(IConfigContext & context) override;
+    void EndElement(IConfigContext & context) override;
+    void WriteKeyId(std::uint32_t psId, IConfigContext & context) override;
+    void WriteNamedData(
+        const std::string & name, const void * data, std::uint32_t size, IConfigContext & context) override;
+    void WritePayload(IPayload & payload, IConfigContext & context) override;
+
+private:
+    // What the metadata of a key says that its payloads don't.
+    struct Record
+    {
+        std::string mName;
+        std::string mInternalType;
+        bool mIsArray;
+        MetadataTypeEnum mMetadataType;
+    };
+
+    struct Element
+    {
+        std::uint32_t mId = 0;
+        bool mIsRaw = false;
+        bool mIsRow = false;
+        std::vector<std::uint32_t> mIndices;
+        std::optional<Record> mRecord;
+        std::vector<ValueText> mValues;
+    };
+
+    template <typename ActionT>
+    void Run(ActionT action);
+    void Fail(const std::string & text);
+    bool CanWrite();
+    void AddHeader(const std::string & chip);
+    void AddSubsystem(IConfigContext & context);
+    void AddTag(
+        IConfigContext & context, const char * tag, const char * name, const std::vector<TagWord> & words);
+    void AddPayload(IPayload & payload);
+    void AddNamedData(const std::string & name, const void * data, std::uint32_t size);
+    void AddElement(const Element & element);
+    void Finish();
+    static std::optional<Record> RecordOf(IPayload & payload, std::uint32_t psId);
+    static std::string TypeWord(const Element & element);
+    static std::string ValueOf(const Element & element, const std::string & typeWord);
+
+    std::string mPath;
+    CTargetFile mFile;
+    std::string mText;
+    std::string mLayerFilter;          // empty for a full write
+    std::string mChip;                 // of the whole file
+    bool mHasHeader = false;           // the head of the file is in mText
+    bool mHasFailed = false;           // some call of this write couldn't do its work
+    bool mIsInSubsystem = false;       // between StartSubsystem and EndSubsystem
+    std::optional<Element> mElement;   // between StartElement and EndElement
+};
+
+}   // namespace tomlconfig
+
+#endif
