@@ -94,6 +94,18 @@ TEST_F(HostileMetadata, the_65th_struct_is_an_error_and_what_is_open_is_closed)
     EXPECT_EQ(observer.Calls().back(), "EndElement");
 }
 
+TEST_F(HostileMetadata, a_walk_that_is_cut_off_walks_no_further_fields)
+{
+    Chain chain(65);
+    const auto leaf = WithDetail(ARecord(0).Named("leaf"));
+    chain.Top().Add(*leaf, 8, 3);
+    WalkRecorder observer;
+    chain.Top().mRecord->Inspect(observer);
+
+    EXPECT_EQ(CountOf(observer.Calls(), "Int leaf"), 0);
+    EXPECT_EQ(CountOf(observer.Calls(), "elembitwidth=3"), 0);
+}
+
 TEST_F(HostileMetadata, printing_ends_at_the_65th_struct)
 {
     Chain allowed(64);

@@ -266,10 +266,12 @@ TEST(CMetadata, assignment_drops_what_was_held_without_freeing_it)
     int destroyed = 0;
     CMetadata & copy = support::NeverDestroyed(new CMetadata);
     copy.SetDetails(*new CountedDetail(copy, destroyed));
-    copy.AddTableIndex(AnIndex());
+    CTableIndex * const index = AnIndex("dropped");
+    copy.AddTableIndex(index);
     copy = CMetadata();
 
     EXPECT_EQ(destroyed, 0);
+    EXPECT_EQ(index->Name(), "dropped");
     EXPECT_EQ(copy.Details(), nullptr);
 }
 
@@ -337,9 +339,13 @@ TEST(CNullMetadata, inspecting_it_calls_nothing)
 {
     support::WalkRecorder observer;
     CNullMetadata::Ref().Inspect(observer);
-
     EXPECT_TRUE(observer.Calls().empty());
-    EXPECT_EQ(observer.TimesAsked(), 0);
+
+    CNullMetadata copy(CNullMetadata::Ref());
+    copy.SetDetails(*new CMetadataDetailSimple(copy));
+    copy.Inspect(observer);
+    EXPECT_TRUE(observer.Calls().empty());
+    EXPECT_FALSE(copy.IsValid());
 }
 
 }   // namespace

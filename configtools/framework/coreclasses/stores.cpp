@@ -179,9 +179,6 @@ CChunkCollection & CChunkCollection::operator=(const CChunkCollection & other)
 {
     ZYN_SENTRY("VrexZynConfigTools::CChunkCollection::operator=");
 
-    if (this == &other)
-        return *this;
-
     std::vector<ChunkItem> chunks(other.mChunks);
     std::map<std::uint16_t, std::uint16_t> index(other.mIndex);
     // The buffers held so far are forgotten without being freed, intended: another copy may share them.

@@ -82,9 +82,6 @@ CMetadata & CMetadata::operator=(const CMetadata & other)
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadata::operator=");
 
-    if (this == &other)
-        return *this;
-
     // What this record held is forgotten without being freed, intended: another copy may share it.
     KeepForEver(mDetails);
     for (const CTableIndex * const index : mTableIndices)
