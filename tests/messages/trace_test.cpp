@@ -1,40 +1,14 @@
 #include "recordingsink.h"
 
 #include <messages/trace.h>
+#include <support/allocations.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <cstdlib>
-#include <new>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
-
-namespace {
-
-std::size_t allocations = 0;
-
-}   // namespace
-
-// Not inlined: the compiler would see memory from operator new go to free.
-[[gnu::noinline]] void * operator new(std::size_t size)
-{
-    ++allocations;
-    if (void * const memory = std::malloc(size != 0 ? size : 1))
-        return memory;
-    throw std::bad_alloc();
-}
-
-[[gnu::noinline]] void operator delete(void * memory) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void * memory, std::size_t /*size*/) noexcept
-{
-    std::free(memory);
-}
 
 namespace VrexZynConfigTools {
 namespace {
@@ -166,13 +140,13 @@ TEST_F(Trace, composes_and_allocates_nothing_with_debug_output_off)
 {
     CTheMsgHnd::SwitchDebugOff();
     evaluations = 0;
-    const std::size_t before = allocations;
+    const std::uint64_t before = support::AllocationCount();
     WithoutResult();
     WithResult(7);
     WithText("short");
     WithLines();
     WithoutSentry();
-    EXPECT_EQ(allocations, before);
+    EXPECT_EQ(support::AllocationCount(), before);
     EXPECT_EQ(evaluations, 0);
     EXPECT_THAT(mSink.mLines, IsEmpty());
 }
