@@ -58,8 +58,14 @@ void CReaderWriterFactory::Load(const std::string & directory)
 
     if (mLoaded)
         return;
-    mPluginManager->Load(directory, FILE_PATTERN);
-    mLoaded = true;   // whatever was found, intended
+    mLoaded =
+        true;   // whatever is found, intended; and a module that calls back from its entry points finds it so
+    try {
+        mPluginManager->Load(directory, FILE_PATTERN);
+    } catch (...) {
+        mLoaded = false;
+        throw;
+    }
 }
 
 std::uint64_t CReaderWriterFactory::Count()
