@@ -59,7 +59,9 @@ public:
 };
 
 /// `==` and `!=` for any two payload classes, by the virtual operation of the left one. Needed beside that operation:
-/// C++20 also tries the operands turned round and would find two classes of different bases ambiguous.
+/// C++20 also tries the operands turned round and would find two classes of different bases ambiguous. A class that
+/// overrides the operation is turned round all the same behind an `IPayload` on the left, unless it has a friend as
+/// the classes below do: C++20 prefers its member to a template.
 template <typename LeftT, typename RightT>
 std::enable_if_t<std::is_base_of_v<IPayload, LeftT> && std::is_base_of_v<IPayload, RightT>, bool> operator==(
     const LeftT & left, const RightT & right)
@@ -122,6 +124,13 @@ public:
     std::uint64_t WriteToMem(void * destination, std::uint64_t maximum) override;
 
     virtual bool operator!=(CPayload<T> const & other) const;
+
+    /// As the template, for an interface on the left.
+    friend bool operator==(const IPayload & left, const CPayload & right)
+    {
+        return left.operator==(static_cast<const IPayload &>(right));
+    }
+
     virtual void SetValue(T value);
     virtual T GetValue();
 
@@ -225,6 +234,12 @@ public:
     using CPayload<std::int32_t>::operator!=;
     virtual bool operator!=(IPayload const & other) const;
 
+    /// As the template, for an interface on the left.
+    friend bool operator==(const IPayload & left, const CEnumPayload & right)
+    {
+        return left.operator==(static_cast<const IPayload &>(right));
+    }
+
     /// The form with one argument changes the number and leaves the name, intended.
     using CPayload<std::int32_t>::SetValue;
     void SetValue(const std::string & name, std::int32_t value);
@@ -258,6 +273,13 @@ public:
 
     /// True if `other` is a complex payload with the same type code and equal fields.
     bool operator==(IPayload const & other) const override;
+
+    /// As the template, for an interface on the left.
+    friend bool operator==(const IPayload & left, const CComplexPayload & right)
+    {
+        return left.operator==(static_cast<const IPayload &>(right));
+    }
+
     PayloadTypeEnum Type() override;
     std::uint64_t Length() override;   // sum over the fields
     const void * RawData() override;   // always null
