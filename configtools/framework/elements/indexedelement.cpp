@@ -42,10 +42,12 @@ void WriteIndices(const std::vector<std::uint32_t> & indices, IConfigWriter & wr
 
 CIndexedElement::CIndexedElement(std::uint32_t psId, const std::string & name,
     const std::vector<std::uint32_t> & indices, const std::vector<IPayload *> & payload, bool changed)
-    : CElement(psId, name, payload, changed)
+    : CElement(psId, name, changed)
     , mIndices(indices)
 {
     ZYN_CONSTRUCTOR(GROUP_CORE_CLASSES, "VrexZynConfigTools::CIndexedElement::CIndexedElement");
+
+    mPayload = payload;   // last, since a base that had them already would delete them if a copy failed
 }
 
 bool CIndexedElement::Write(IConfigWriter & writer, IConfigContext & context)
