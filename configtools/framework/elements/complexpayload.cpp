@@ -1,10 +1,10 @@
-#include "payloadlist.h"
-
 #include <configtools/payloads.h>
-#include <configtools/readerwriter.h>
-#include <messages/trace.h>
 
 #include <cstddef>
+
+#include "payloadlist.h"
+#include <configtools/readerwriter.h>
+#include <messages/trace.h>
 
 namespace VrexZynConfigTools {
 

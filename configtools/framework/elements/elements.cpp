@@ -1,10 +1,10 @@
-#include "payloadlist.h"
-
 #include <configtools/elements.h>
-#include <configtools/readerwriter.h>
-#include <messages/trace.h>
 
 #include <utility>
+
+#include "payloadlist.h"
+#include <configtools/readerwriter.h>
+#include <messages/trace.h>
 
 namespace VrexZynConfigTools {
 

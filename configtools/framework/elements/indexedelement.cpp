@@ -1,7 +1,7 @@
-#include "payloadlist.h"
-
-#include <configtools/context.h>
 #include <configtools/elements.h>
+
+#include "payloadlist.h"
+#include <configtools/context.h>
 #include <configtools/keywords.h>
 #include <configtools/metadata.h>
 #include <configtools/readerwriter.h>

@@ -1,11 +1,11 @@
 #include <configtools/payloads.h>
 
-#include <configtools/readerwriter.h>
-#include <messages/trace.h>
-
 #include <cstring>
 #include <locale>
 #include <sstream>
+
+#include <configtools/readerwriter.h>
+#include <messages/trace.h>
 
 namespace VrexZynConfigTools {
 
