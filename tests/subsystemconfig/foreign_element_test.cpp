@@ -149,7 +149,7 @@ TEST_F(CSubsystemConfigForeign, one_that_changes_its_name_and_number_is_found_by
 TEST_F(CSubsystemConfigForeign, the_library_s_own_are_found_again_after_the_last_has_gone)
 {
     for (int uid = 1; uid <= 20; ++uid)
-        Add(Traced(uid, static_cast<std::uint32_t>(uid), Numbered("n", static_cast<unsigned>(uid))));
+        Add(Traced(uid, static_cast<std::uint32_t>(uid), Numbered("n", uid)));
     Add(Foreign(99, 7, "foreign"));
     Add(Traced(21, 7, "n21"), "insertmode=overwrite");
     mSubsystem.RemoveElement("foreign", nullptr);

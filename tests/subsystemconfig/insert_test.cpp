@@ -51,7 +51,7 @@ TEST_F(CSubsystemConfigInsert, new_keeps_what_is_stored_and_deletes_the_newcomer
 TEST_F(CSubsystemConfigInsert, overwrite_puts_the_newcomer_in_the_old_place)
 {
     for (int uid = 1; uid <= 3; ++uid)
-        Add(Traced(uid, 100U + static_cast<unsigned>(uid), Numbered("n", static_cast<unsigned>(uid))));
+        Add(Traced(uid, 100U + static_cast<unsigned>(uid), Numbered("n", uid)));
     mObserver.Forget();
 
     Add(Traced(4, 102, "renamed"), "insertmode=overwrite");

@@ -177,7 +177,7 @@ TEST_F(CSubsystemConfigRemoval, from_the_middle_of_many_keeps_the_order)
 {
     std::vector<int> expected;
     for (int uid = 0; uid < 1000; ++uid) {
-        Add(Traced(uid, static_cast<std::uint32_t>(uid % 10), Numbered("n", static_cast<unsigned>(uid % 7))));
+        Add(Traced(uid, static_cast<std::uint32_t>(uid % 10), Numbered("n", uid % 7)));
         if (uid % 7 != 3 && uid % 10 != 4)
             expected.push_back(uid);
     }

@@ -64,7 +64,8 @@ inline int UidOf(const CElement & element)
 }
 
 /// "n7" of "n" and 7.
-inline std::string Numbered(std::string stem, std::size_t number)
+template <typename NumberT>
+std::string Numbered(std::string stem, NumberT number)
 {
     stem += std::to_string(number);
     return stem;

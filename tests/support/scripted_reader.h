@@ -22,18 +22,24 @@ class ASubsystem
 {
 public:
     explicit ASubsystem(int type)
-        : mTags("subsystemtype=" + std::to_string(type))
-    {}
+        : mTags("subsystemtype=")
+    {
+        mTags += std::to_string(type);
+    }
     ASubsystem() = default;   // no type
 
     ASubsystem && In(int device, int store) &&
     {
-        return std::move(*this).Tagged("device=" + std::to_string(device) + ";store=" + std::to_string(store));
+        std::string tags = "device=";
+        tags += std::to_string(device) + ";store=" + std::to_string(store);
+        return std::move(*this).Tagged(tags);
     }
 
     ASubsystem && Tagged(const std::string & tags) &&
     {
-        mTags += (mTags.empty() ? "" : ";") + tags;
+        if (!mTags.empty())
+            mTags += ';';
+        mTags += tags;
         return std::move(*this);
     }
 
