@@ -11,9 +11,6 @@ namespace {
 
 constexpr std::int64_t NO_TAG = DT_NULL;
 
-// Version 1, 4-byte values: the frames relative to their place, a plain count, entries relative to the table.
-constexpr std::uint32_t UNWIND_ENCODING = 0x3B031B01;
-
 bool IsLoaded(const Section & section)
 {
     return (section.mHeader.sh_flags & SHF_ALLOC) != 0 && section.mHeader.sh_size != 0;
@@ -114,43 +111,31 @@ bool AreDynamicTablesSound(const CElfFile & file)
         [&file](const Tags & tags) { return IsTableOfSections(file, tags[0], tags[1]); });
 }
 
-/// Whether a function begins at the address, as far as the table shows by which exceptions find their way. In another
-/// encoding than the usual one it shows nothing.
-bool BeginsUnwindEntry(const CElfFile & file, Address address)
+/// Whether the module exports a function that begins at the address.
+bool BeginsExport(const CElfFile & file, const Section & symbols, Address address)
 {
-    const Segment * const segment = file.FindSegment(PT_GNU_EH_FRAME);
-    const Address at = segment != nullptr ? segment->p_vaddr : 0;
-    const auto encoding = segment != nullptr ? file.ValueAt<std::uint32_t>(at) : std::nullopt;
-    if (encoding != UNWIND_ENCODING)
-        return true;
-    const Address entries = at + 12;
-    const Address count = file.ValueAt<std::uint32_t>(at + 8).value_or(0);
-    for (Address i = 0; i < count; ++i) {
-        const auto start = file.ValueAt<std::int32_t>(entries + i * 8);
-        if (start && at + static_cast<Address>(*start) == address)
+    using Symbol = ElfW(Sym);
+    for (Address at = 0; symbols.mHeader.sh_size - at >= sizeof(Symbol); at += sizeof(Symbol)) {
+        const auto symbol = file.ValueAt<Symbol>(symbols.mHeader.sh_addr + at);
+        if (symbol && symbol->st_shndx != SHN_UNDEF && symbol->st_value == address)
             return true;
     }
     return false;
 }
 
-/// The entries by which a module calls other modules look like functions too.
-bool IsCallTable(const Section & section)
-{
-    return section.mName.substr(0, 4) == ".plt";
-}
-
-/// Whether the loader is told the beginning of a function: a section of its own, or any function.
-bool IsFunctionSound(const CElfFile & file, std::int64_t tag)
+/// Whether the function that the loader is told to call is the one that every linker puts into a section of its own,
+/// or one that the author chose, which then must be exported.
+bool IsFunctionSound(const CElfFile & file, std::int64_t tag, std::string_view name)
 {
     const auto function = file.Dynamic(tag);
-    if (!function)
-        return true;
     const auto & sections = file.Sections();
-    const bool isInCallTable = std::any_of(sections.begin(), sections.end(), [&](const Section & section) {
-        return IsCallTable(section) &&
-               Range{ section.mHeader.sh_addr, section.mHeader.sh_size }.Holds(*function, 1);
+    const auto own = std::find_if(
+        sections.begin(), sections.end(), [name](const Section & section) { return section.mName == name; });
+    if (!function || own == sections.end() || own->mHeader.sh_addr == *function)
+        return true;
+    return std::any_of(sections.begin(), sections.end(), [&](const Section & section) {
+        return section.mHeader.sh_type == SHT_DYNSYM && BeginsExport(file, section, *function);
     });
-    return !isInCallTable && (BeginsSection(file, *function) || BeginsUnwindEntry(file, *function));
 }
 
 }   // namespace
@@ -165,7 +150,7 @@ bool FitsSections(const CElfFile & file)
                                          IsUnwindTableAnnounced(file, section));
     };
     return std::all_of(sections.begin(), sections.end(), fits) && AreDynamicTablesSound(file) &&
-           IsFunctionSound(file, DT_INIT) && IsFunctionSound(file, DT_FINI);
+           IsFunctionSound(file, DT_INIT, ".init") && IsFunctionSound(file, DT_FINI, ".fini");
 }
 
 }   // namespace elfcheck
