@@ -188,10 +188,11 @@ void CTomlReader::Deliver(Document & document, IConfigContext & context)
     if (!document.mChip.empty())
         base->SetTag(keywords::TAG_CHIP, document.mChip);
 
-    mObserver->OnReadStarted(*this, context);
+    // A file without subsystems names its chip in these two calls or nowhere.
+    mObserver->OnReadStarted(*this, *base);
     for (Subsystem & subsystem : document.mSubsystems)
         DeliverSubsystem(subsystem, *base);
-    mObserver->OnReadEnded(*this, context);
+    mObserver->OnReadEnded(*this, *base);
 }
 
 void CTomlReader::DeliverSubsystem(Subsystem & subsystem, IConfigContext & context)
