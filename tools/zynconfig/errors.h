@@ -1,0 +1,36 @@
+/// What goes wrong, on standard error: one line each, which begins with "zynconfig: error: ".
+
+#ifndef ZYNCONFIG_ERRORS_H
+#define ZYNCONFIG_ERRORS_H
+
+#include <messages/messages.h>
+
+#include <string>
+#include <vector>
+
+namespace zynconfig {
+
+/// Prints the text; one of several lines gives several.
+void ReportError(const std::string & text);
+
+/// Prints every text; true if there was any.
+bool ReportErrors(const std::vector<std::string> & texts);
+
+/// Prints and clears the errors that stand in the library's message groups; true if there was any.
+bool ReportChannel();
+
+/// Writes `text` to standard output. False, with the reason reported, if not all of it could be written.
+bool WriteOutput(const std::string & text);
+
+/// Shows the library's status messages on standard error, and its debug lines where debug output is on.
+class CErrorStreamSink : public VrexZynConfigTools::IMessageSink
+{
+public:
+    void OnDebugLine(const VrexZynConfigTools::DebugLine & line) override;
+    void OnStatus(VrexZynConfigTools::GroupEnum group, VrexZynConfigTools::StatusLevels level,
+        const std::string & text) override;
+};
+
+}   // namespace zynconfig
+
+#endif
