@@ -1,0 +1,154 @@
+#include "losses.h"
+
+#include "chipwalk.h"
+#include "text.h"
+
+#include <configtools/stores.h>
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <set>
+#include <utility>
+
+namespace zynconfig {
+
+using namespace VrexZynConfigTools;
+
+namespace {
+
+/// Lines of one kind. A file full of losses is told by its first ones.
+class CLines
+{
+public:
+    void Add(const std::string & line)
+    {
+        if (++mCount <= MOST_LINES)
+            mLines.push_back(line);
+    }
+
+    /// Appends what there is to `lines`.
+    void MoveTo(std::vector<std::string> & lines)
+    {
+        std::move(mLines.begin(), mLines.end(), std::back_inserter(lines));
+        if (mCount > MOST_LINES)
+            lines.push_back("... and " + std::to_string(mCount - MOST_LINES) + " more like these");
+    }
+
+private:
+    static constexpr std::size_t MOST_LINES = 20;
+
+    std::vector<std::string> mLines;
+    std::size_t mCount = 0;
+};
+
+std::set<Store> StoresWithLayer(const CChipConfig & chip)
+{
+    std::set<Store> stores;
+    for (const CStoreInfo * const store : chip.Stores())
+        stores.insert({ store->DeviceId(), store->StoreId() });
+    return stores;
+}
+
+std::map<Place, std::size_t> CountPlaces(const CChipConfig & chip)
+{
+    std::map<Place, std::size_t> counts;
+    ForEachElement(chip, [&](const ChipEntry & entry) { ++counts[{ entry.mStore, entry.mKey }]; });
+    return counts;
+}
+
+std::vector<std::string> StoresWithoutLayer(const CReadWatch & watch, const std::set<Store> & layered)
+{
+    std::vector<std::string> lines;
+    for (const Store & store : watch.Stores()) {
+        if (layered.count(store) == 0)
+            lines.push_back("the store " + NameOf(store) +
+                            " has no layer: layers are at most 15 stores, numbered from 1, on otp, mtp, smem, "
+                            "fw_cfg and eeprom");
+    }
+    return lines;
+}
+
+/// The keys of a filtered write, each by subsystem and text: what isn't one to one there can't be told apart.
+class CFilteredNames
+{
+public:
+    void Add(const ChipEntry & entry)
+    {
+        const std::string text = entry.mElement->KeyString();
+        const auto & [byText, isNewText] = mKeys.try_emplace({ entry.mKey.mSubsystem, text }, entry.mKey);
+        const auto & [byKey, isNewKey] = mTexts.try_emplace(entry.mKey, text);
+        const bool isNewPlace = mPlaces.insert({ entry.mStore, entry.mKey }).second;
+
+        if (byText->second != entry.mKey)
+            mConflicts.Add("the keys " + LookupText(byText->second) + " and " + LookupText(entry.mKey) +
+                           " of " + SubsystemName(entry.mKey.mSubsystem) + " are both called " + Quoted(text) +
+                           ": a filtered output can hold only one of them");
+        else if (byKey->second != text)
+            mConflicts.Add("key " + LookupText(entry.mKey) + " of " + SubsystemName(entry.mKey.mSubsystem) +
+                           " is called " + Quoted(byKey->second) + " and " + Quoted(text) +
+                           ": a filtered output would hold it twice");
+        else if (!isNewPlace)
+            mConflicts.Add(Describe(entry.mKey, entry.mElement->Name()) + " stands more than once in " +
+                           NameOf(entry.mStore) + ": a filtered output can hold only one of them");
+    }
+
+    CLines TakeConflicts() { return std::move(mConflicts); }
+
+private:
+    std::map<std::pair<int, std::string>, Key> mKeys;
+    std::map<Key, std::string> mTexts;
+    std::set<Place> mPlaces;
+    CLines mConflicts;
+};
+
+}   // namespace
+
+std::vector<std::string> LossesOfRead(const CChipConfig & chip, const CReadWatch & watch)
+{
+    if (chip.Subsystems().empty() && !watch.Stores().empty())
+        return { "the chip has more than 15 stores, so none of its keys has a layer" };
+
+    const std::set<Store> layered = StoresWithLayer(chip);
+    std::vector<std::string> lines = StoresWithoutLayer(watch, layered);
+
+    auto present = CountPlaces(chip);
+    CLines lost;
+    for (const auto & [place, delivery] : watch.Deliveries()) {
+        const std::size_t count = present[place];
+        const std::string where = Describe(place.mKey, delivery.mName) + " in " + NameOf(place.mStore);
+        if (layered.count(place.mStore) != 0 && count == 0)
+            lost.Add(where + " is lost: a key of the same number took its place");
+        else if (count != 0 && count < delivery.mCount)
+            lost.Add(where + " stands more than once in " + delivery.mFile + ", and only one of them counts");
+    }
+    lost.MoveTo(lines);
+    return lines;
+}
+
+std::vector<std::string> LossesOfWrite(const CChipConfig & chip)
+{
+    CLines passedOver;
+    ForEachElement(chip, [&](const ChipEntry & entry) {
+        if (entry.mKey.mId == 0)
+            passedOver.Add(Describe(entry.mKey, entry.mElement->Name()) + " in " + NameOf(entry.mStore) +
+                           " can't be written: its number is 0");
+    });
+    std::vector<std::string> lines;
+    passedOver.MoveTo(lines);
+    return lines;
+}
+
+std::vector<std::string> LossesOfFilteredWrite(const CChipConfig & chip, int highest)
+{
+    CFilteredNames names;
+    ForEachElement(chip, [&](const ChipEntry & entry) {
+        if (entry.mLayer <= highest)
+            names.Add(entry);
+    });
+    std::vector<std::string> lines;
+    names.TakeConflicts().MoveTo(lines);
+    return lines;
+}
+
+}   // namespace zynconfig

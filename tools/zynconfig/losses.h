@@ -1,0 +1,26 @@
+/// What the library, by contract and without a word, leaves out: found here, so that the tool can say so.
+
+#ifndef ZYNCONFIG_LOSSES_H
+#define ZYNCONFIG_LOSSES_H
+
+#include "readwatch.h"
+
+#include <configtools/chipconfig.h>
+
+#include <string>
+#include <vector>
+
+namespace zynconfig {
+
+/// What was read and has no layer, or isn't in the chip any more; a line each.
+std::vector<std::string> LossesOfRead(const VrexZynConfigTools::CChipConfig & chip, const CReadWatch & watch);
+
+/// What a full write passes over.
+std::vector<std::string> LossesOfWrite(const VrexZynConfigTools::CChipConfig & chip);
+
+/// What a filtered write of the layers up to `highest` can't tell apart: it knows a key by its text alone.
+std::vector<std::string> LossesOfFilteredWrite(const VrexZynConfigTools::CChipConfig & chip, int highest);
+
+}   // namespace zynconfig
+
+#endif
