@@ -1,0 +1,207 @@
+#include "commandline.h"
+
+#include "errors.h"
+#include "formats.h"
+#include "text.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <sstream>
+#include <string_view>
+
+namespace zynconfig {
+
+namespace {
+
+constexpr int TOP_LAYER = 15;
+
+constexpr char DESCRIPTION[] =
+    "Shows and converts the configuration of a chip: the stores that hold it are stacked "
+    "into layers, and of each key the value in the highest layer holds.";
+constexpr char FOOTER[] = "Exit codes: 0 done, 1 the data is wrong, 2 the command line is wrong.";
+constexpr char FILES_HELP[] =
+    "The files to read, one after the other into one chip; of two values in one store the later one stays";
+constexpr char CONTEXT_HELP[] = "Tags for the plug-ins and the library, such as \"insertmode=new\"";
+constexpr char FILTER_HELP[] =
+    "Write each key once: N takes the highest layer up to N that has the key, -N the lowest "
+    "up to N (N is 1 to 15)";
+
+/// A tag that --context must not set, because the tool or a reader does.
+struct ReservedTag
+{
+    std::string_view mKey;
+    const char * mReason;
+};
+
+constexpr std::array RESERVED_TAGS = {
+    ReservedTag{ "chip", "the files name the chip" },
+    ReservedTag{ "subsystemtype", "the files name the subsystems" },
+    ReservedTag{ "device", "the files name the devices" },
+    ReservedTag{ "store", "the files name the stores" },
+    ReservedTag{ "layernumber", "the library numbers the layers" },
+    ReservedTag{ "layerfilter", "use --layer-filter" },
+    ReservedTag{ "storelayers", "use --layer-filter" },
+    ReservedTag{ "num_indices", "it would make every key a table row" },
+    ReservedTag{ "rawmode", "the library sets it for each key that it writes" },
+    ReservedTag{ "subsystemkeybystore", "the library computes it" },
+    ReservedTag{ "subsystemkeybylayer", "the library computes it" },
+};
+
+std::string Lower(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+        [](char each) { return each >= 'A' && each <= 'Z' ? static_cast<char>(each - 'A' + 'a') : each; });
+    return text;
+}
+
+std::string TagProblem(const std::string & piece)
+{
+    const auto equals = piece.find('=');
+    if (equals == std::string::npos)
+        return Quoted(piece) + " is no tag=value";
+
+    const std::string key = Lower(piece.substr(0, equals));
+    if (key.empty() || key.front() == ' ' || key.back() == ' ')
+        return Quoted(piece) + ": a tag has a name, and no blanks around it";
+    if (key.find("index") != std::string::npos)
+        return Quoted(piece) + ": every tag with \"index\" in its name would count as an index of a table";
+    const auto * const reserved = std::find_if(
+        RESERVED_TAGS.begin(), RESERVED_TAGS.end(), [&](const ReservedTag & tag) { return tag.mKey == key; });
+    return reserved == RESERVED_TAGS.end() ? "" : Quoted(piece) + " can't be set here: " + reserved->mReason;
+}
+
+void RequireKnownFormat(const std::string & path)
+{
+    if (FindFormat(path) == nullptr)
+        throw CLI::ValidationError(Quoted(path) + " has no known extension; known are: " + KnownExtensions());
+}
+
+// Without a name of its own, so that the help doesn't show one.
+CLI::Validator Check(std::string (*problem)(const std::string &))
+{
+    return CLI::Validator([problem](std::string & text) { return problem(text); }, "");
+}
+
+/// The command line as CLI11 sees it; fills an Options object while it parses.
+class CCommandLine
+{
+public:
+    explicit CCommandLine(Options & options)
+        : mApp(DESCRIPTION, "zynconfig")
+        , mOptions(options)
+    {
+        mApp.footer(FOOTER);
+        mApp.require_subcommand(1);
+        mApp.fallthrough();
+        mApp.set_version_flag("--version", std::string("zynconfig ") + ZYNCONFIG_VERSION);
+        mApp.add_option("--plugin-dir", options.mPlugInFolder, "Take the plug-ins (*.zpm) from here")
+            ->type_name("DIR")
+            ->check(CLI::ExistingDirectory.description(""));
+        mApp.add_flag("--trace", options.mIsTraced, "Show the library's debug output on standard error");
+        AddShow();
+        AddConvert();
+    }
+
+    void Parse(int argumentCount, const char * const * arguments)
+    {
+        mApp.parse(argumentCount, arguments);
+        mOptions.mCommand = mApp.got_subcommand("show") ? Command::Show : Command::Convert;
+
+        // Only now: the argument of an option that a command doesn't have would be taken for a file.
+        for (const std::string & file : mOptions.mFiles)
+            RequireKnownFormat(file);
+        if (mOptions.mCommand == Command::Convert)
+            RequireKnownFormat(mOptions.mOutput);
+        if (!mLayerFilter.empty())
+            mOptions.mLayerFilter = std::stoi(mLayerFilter);
+    }
+
+    /// What is wrong, in words that name the word that is.
+    std::string Reason(const CLI::Error & error) const
+    {
+        const std::vector<std::string> unknown = mApp.remaining();
+        if (mApp.get_subcommands().empty() && !unknown.empty())
+            return Quoted(unknown.front()) + " is no command; there are show and convert";
+        return error.what();
+    }
+
+    std::string HelpOrVersion(const CLI::Success & request) const
+    {
+        std::ostringstream output;
+        mApp.exit(request, output, output);
+        return output.str();
+    }
+
+private:
+    CLI::App & AddCommand(const char * name, const char * description)
+    {
+        CLI::App & command = *mApp.add_subcommand(name, description);
+        command.add_option("files", mOptions.mFiles, FILES_HELP)->required()->type_name("FILE");
+        command.add_option("--context", mOptions.mContext, CONTEXT_HELP)
+            ->type_name("\"TAG=VALUE;...\"")
+            ->check(Check(&ContextProblem));
+        return command;
+    }
+
+    void AddShow()
+    {
+        CLI::App & show =
+            AddCommand("show", "Show the layers, and of each key every layer's value and which one holds");
+        show.add_flag("--json", mOptions.mIsJson, "Print JSON, for scripts");
+    }
+
+    void AddConvert()
+    {
+        CLI::App & convert = AddCommand("convert", "Write all that the files hold, or with a filter what wins");
+        convert.add_option("-o,--output", mOptions.mOutput, "The file to write")->required()->type_name("OUT");
+        convert.add_option("--layer-filter", mLayerFilter, FILTER_HELP)
+            ->type_name("N")
+            ->check(Check(&LayerFilterProblem));
+    }
+
+    CLI::App mApp;
+    Options & mOptions;
+    std::string mLayerFilter;
+};
+
+}   // namespace
+
+std::optional<ExitCode> ParseCommandLine(int argumentCount, const char * const * arguments, Options & options)
+{
+    CCommandLine commandLine(options);
+    try {
+        commandLine.Parse(argumentCount, arguments);
+        return std::nullopt;
+    } catch (const CLI::Success & request) {
+        return WriteOutput(commandLine.HelpOrVersion(request)) ? EXIT_DONE : EXIT_WRONG_DATA;
+    } catch (const CLI::Error & error) {
+        ReportError(commandLine.Reason(error) + " (zynconfig --help tells more)");
+        return EXIT_WRONG_COMMAND_LINE;
+    }
+}
+
+std::string ContextProblem(const std::string & text)
+{
+    std::istringstream pieces(text);
+    for (std::string piece; std::getline(pieces, piece, ';');) {
+        const std::string problem = piece.empty() ? "" : TagProblem(piece);
+        if (!problem.empty())
+            return problem;
+    }
+    return {};
+}
+
+std::string LayerFilterProblem(const std::string & text)
+{
+    int layer = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), layer);
+    const bool isNumber = error == std::errc() && end == text.data() + text.size();
+    return isNumber && layer != 0 && layer >= -TOP_LAYER && layer <= TOP_LAYER
+               ? ""
+               : Quoted(text) + " is no layer: 1 to 15, or -15 to -1";
+}
+
+}   // namespace zynconfig

@@ -1,0 +1,50 @@
+/// The command line of the tool.
+
+#ifndef ZYNCONFIG_COMMANDLINE_H
+#define ZYNCONFIG_COMMANDLINE_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zynconfig {
+
+enum class Command
+{
+    Show,
+    Convert
+};
+
+struct Options
+{
+    Command mCommand = Command::Show;
+    std::vector<std::string> mFiles;   // each of a known format
+    std::string mOutput;               // of `convert`; of a known format
+    std::optional<int> mLayerFilter;   // 1 to 15 or -15 to -1
+    std::string mContext;              // tags as `IConfigContext::Parse` takes them
+    std::string mPlugInFolder;         // empty: the usual one
+    bool mIsJson = false;
+    bool mIsTraced = false;
+};
+
+/// What the exit code of the tool says.
+enum ExitCode : int
+{
+    EXIT_DONE = 0,
+    EXIT_WRONG_DATA = 1,
+    EXIT_WRONG_COMMAND_LINE = 2
+};
+
+/// Fills `options`. An exit code if there is nothing more to do: help or version were asked for and have been
+/// printed, or the command line is wrong and the reason has been reported.
+std::optional<ExitCode> ParseCommandLine(int argumentCount, const char * const * arguments, Options & options);
+
+/// What is wrong with a value of --context, or an empty text.
+std::string ContextProblem(const std::string & text);
+
+/// What is wrong with a value of --layer-filter, or an empty text.
+std::string LayerFilterProblem(const std::string & text);
+
+}   // namespace zynconfig
+
+#endif
