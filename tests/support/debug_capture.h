@@ -47,6 +47,17 @@ public:
             mLines.begin(), mLines.end(), [&text](const Line & line) { return line.mText == text; }));
     }
 
+    /// The texts of the lines that a function wrote at a level, in order; entry and exit lines are of level 0.
+    std::vector<std::string> TextsOf(const std::string & function, std::uint32_t level = 3) const
+    {
+        std::vector<std::string> texts;
+        for (const Line & line : mLines) {
+            if (line.mFunction == function && line.mLevel == level)
+                texts.push_back(line.mText);
+        }
+        return texts;
+    }
+
     /// The texts of what the functions of a class decided, as far as they begin with `start`, in order.
     std::vector<std::string> DecisionsOf(const std::string & className, const std::string & start = "") const
     {
