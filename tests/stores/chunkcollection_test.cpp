@@ -285,6 +285,7 @@ TEST_F(CChunkCollectionTest, an_assignment_without_memory_changes_nothing)
     Insert(1, "abc");
     CChunkCollection & copy = support::NeverDestroyed(new CChunkCollection);
     copy.Insert(2, nullptr, 9);
+    support::NeverDestroyed(static_cast<char *>(copy.Chunk(2).mData));   // remembering it may fail, too
     support::FailEachAllocation([&] { copy = mChunks; },
         [&] {
             EXPECT_TRUE(copy.Exists(2));
