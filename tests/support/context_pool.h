@@ -36,11 +36,13 @@ public:
     /// Gives a tag and its value; an empty value deletes the tag.
     using TagSource = std::function<std::pair<std::string, std::string>()>;
 
-    ContextPool(RandomSource & random, TagSource tags)
+    ContextPool(RandomSource & random, TagSource tags,
+        const std::vector<PooledContext::Kind> & kinds = { PooledContext::BASE, PooledContext::ZYN,
+            PooledContext::PREFIXED })
         : mRandom(random)
         , mTags(std::move(tags))
     {
-        for (const auto kind : { PooledContext::BASE, PooledContext::ZYN, PooledContext::PREFIXED }) {
+        for (const auto kind : kinds) {
             for (int i = 0; i < 3; ++i)
                 mContexts.push_back(Make(kind));
         }
@@ -132,7 +134,7 @@ private:
             return;
         target.mContext->CBaseContext::operator=(std::move(*source.mContext));
         target.mModel.AssignBaseOf(source.mModel);
-        source.mModel.mTags.clear();
+        source.mModel.LoseTags();
     }
 
     template <typename ActionT>
@@ -152,7 +154,7 @@ private:
     {
         OnSameClass(target, source, [&](auto & to, auto & from) {
             to = from;
-            target.mModel.mTags = source.mModel.mTags;
+            target.mModel = source.mModel;
         });
     }
 
@@ -160,7 +162,8 @@ private:
     {
         OnSameClass(target, source, [&](auto & to, auto & from) {
             to = std::move(from);
-            target.mModel.mTags = std::exchange(source.mModel.mTags, {});
+            target.mModel = source.mModel;
+            source.mModel.LoseAll();
         });
     }
 
@@ -170,14 +173,14 @@ private:
         OnSameClass(target, source, [&](auto & /*to*/, auto & from) {
             using ContextT = std::remove_reference_t<decltype(from)>;
             const std::size_t way = mRandom.Below(3);
-            target.mModel.mTags = source.mModel.mTags;
+            target.mModel = way == 1 ? source.mModel.Clone() : source.mModel;
             if (way == 0)
                 target.mContext = std::make_unique<ContextT>(from);
             else if (way == 1)
                 target.mContext.reset(static_cast<CBaseContext *>(from.Clone()));
             else {
                 target.mContext = std::make_unique<ContextT>(std::move(from));
-                source.mModel.mTags.clear();
+                source.mModel.LoseAll();
             }
         });
     }

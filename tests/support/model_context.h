@@ -47,6 +47,9 @@ struct ModelContext
     bool mIsZyn = true;
     std::string mPrefix;
     std::map<std::string, std::string> mTags;
+    std::uint32_t mChangeCount = 0;
+    mutable std::uint32_t mKeyVersion = 0;
+    mutable std::string mLayerKey;
 
     std::string Stored(const std::string & key) const
     {
@@ -65,13 +68,23 @@ struct ModelContext
     {
         return Field("chip") + "| |" + Field("subsystemtype") + "|" + Field("layernumber");
     }
+    /// As last built, if nothing was written since. A context whose base part was assigned and has the same count
+    /// keeps the key of its former tags.
+    std::string CachedKeyByLayer() const
+    {
+        if (mKeyVersion != mChangeCount || mChangeCount == 0) {
+            mKeyVersion = mChangeCount;
+            mLayerKey = KeyByLayer();
+        }
+        return mLayerKey;
+    }
     std::string GetTag(const std::string & key) const
     {
         const std::string asked = mPrefix + key;
         if (mIsZyn && asked == "subsystemkeybystore")
             return KeyByStore();
         if (mIsZyn && asked == "subsystemkeybylayer")
-            return KeyByLayer();
+            return CachedKeyByLayer();
         return Stored(asked);
     }
     std::list<std::string> GetTags(const std::string & keyPart) const
@@ -95,6 +108,7 @@ struct ModelContext
 
     void SetTag(const std::string & key, const std::string & value)
     {
+        ++mChangeCount;
         if (value.empty())
             mTags.erase(ModelToLower(key));
         else
@@ -104,6 +118,7 @@ struct ModelContext
     {
         for (auto tag = mTags.begin(); tag != mTags.end();) {
             const bool matches = tag->first.find(ModelToLower(keyPart)) != std::string::npos;
+            mChangeCount += matches ? 1 : 0;
             if (matches && value.empty()) {
                 tag = mTags.erase(tag);
                 continue;
@@ -115,7 +130,30 @@ struct ModelContext
     }
 
     /// The part of a context that the base class holds.
-    void AssignBaseOf(const ModelContext & other) { mTags = other.mTags; }
+    void AssignBaseOf(const ModelContext & other)
+    {
+        mTags = other.mTags;
+        mChangeCount = other.mChangeCount;
+    }
+
+    /// A chip context's clone has the tags alone; others are clones with all they have.
+    ModelContext Clone() const
+    {
+        ModelContext clone = *this;
+        if (mIsZyn && mPrefix.empty()) {
+            clone.mChangeCount = 0;
+            clone.mKeyVersion = 0;
+        }
+        return clone;
+    }
+
+    /// What is left behind by a move.
+    void LoseTags() { mTags.clear(); }
+    void LoseAll()
+    {
+        mTags.clear();
+        mKeyVersion = 0;
+    }
 };
 
 }   // namespace VrexZynConfigTools::support

@@ -88,6 +88,45 @@ public:
         }
     }
 
+    /// A tag of those that say where an element belongs, or how it is stored and looked up.
+    std::pair<std::string, std::string> PlaceTag()
+    {
+        static const std::vector<std::string> CHIPS{ "", "a", "A", "b" };
+        static const std::vector<std::string> TYPES{ "0", "1", "1", "1", "2", "2", "10", "", "02" };
+        static const std::vector<std::string> DEVICES{ "1", "2", "4", "15", "15", "14", "0", "12", "13", "",
+            "x" };
+        static const std::vector<std::string> STORES{ "1", "1", "2", "2", "3", "0", "", "65537" };
+        static const std::vector<std::string> LAYERS{ "", "1", "2", "3", "4", "15", "0", "junk", "17", "-1" };
+        static const std::vector<std::string> FILTERS{ "", "", "", "1", "2", "3", "15", "-2", "-3", "0", "abc",
+            "99", "40000", "300", " 2", "2x" };
+        static const std::vector<std::string> KEYS{ "a| |1|1", "a| |1|2", " | |1|1", "a| |1|15|1", "" };
+        switch (Below(16)) {
+        case 0:
+            return { "chip", Of(CHIPS) };
+        case 1:
+        case 2:
+            return { "subsystemtype", Of(TYPES) };
+        case 3:
+        case 4:
+            return { "device", Of(DEVICES) };
+        case 5:
+        case 6:
+            return { "store", Of(STORES) };
+        case 7:
+        case 8:
+        case 9:
+            return { "layernumber", Of(LAYERS) };
+        case 10:
+        case 11:
+        case 12:
+            return { "layerfilter", Of(FILTERS) };
+        case 13:
+            return { Chance(50) ? "subsystemkeybystore" : "subsystemkeybylayer", Chance(70) ? "" : Of(KEYS) };
+        default:
+            return InsertTag();
+        }
+    }
+
     ModelElement Element(int uid, std::size_t spread, std::size_t foreignPercent)
     {
         static constexpr std::array<std::uint64_t, 3> LENGTHS{ 0, 1, 5 };
