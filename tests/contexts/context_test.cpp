@@ -12,6 +12,7 @@
 #include <memory>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 namespace VrexZynConfigTools {
 namespace {
@@ -454,6 +455,14 @@ TEST(CNullContext, is_one_object_that_can_be_copied)
     EXPECT_NE(dynamic_cast<CNullContext *>(clone.get()), nullptr);
     EXPECT_EQ(clone->Name(), "null");
     EXPECT_FALSE(clone->IsValid());
+}
+
+TEST(CNullContext, keeps_its_name_when_it_is_moved)
+{
+    CNullContext moved(std::move(CNullContext::Ref()));
+    moved = std::move(CNullContext::Ref());
+    EXPECT_EQ(moved.Name(), "null");
+    EXPECT_EQ(CNullContext::Ref().Name(), "null");
 }
 
 }   // namespace

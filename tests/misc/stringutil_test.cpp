@@ -189,6 +189,13 @@ TEST(HexStrToInt, reads_with_and_without_prefix_in_either_case)
     EXPECT_EQ(HexStrToInt("ffffffff"), 0xFFFFFFFFU);
 }
 
+TEST(HexStrToInt, reads_signs_and_leading_blanks_as_a_stream_does)
+{
+    EXPECT_EQ(HexStrToInt(" \t1f"), 31U);
+    EXPECT_EQ(HexStrToInt("+1f"), 31U);
+    EXPECT_EQ(HexStrToInt("-1"), 0xFFFFFFFFU);
+}
+
 TEST(HexStrToInt, stops_at_what_cannot_belong_to_the_number)
 {
     EXPECT_EQ(HexStrToInt("1Fz"), 31U);

@@ -26,10 +26,9 @@ class CONFIGTOOLS_EXPORT IConfigContext
 public:
     IConfigContext() = default;
     IConfigContext(const IConfigContext &) = default;
-    IConfigContext & operator=(const IConfigContext &)
-    {
-        return *this;
-    }   // does nothing: there is nothing to copy
+
+    /// Does nothing: there is nothing to copy.
+    IConfigContext & operator=(const IConfigContext &) { return *this; }
 
     virtual const std::string Name() = 0;
 
@@ -130,6 +129,10 @@ class CONFIGTOOLS_EXPORT CNullContext : public IConfigContext
 public:
     /// The one object; it must not be destroyed. Copies may be made.
     static CNullContext & Ref() { return mInstance; }
+
+    // Moving copies: it must not empty the one object.
+    CNullContext(const CNullContext & other) = default;
+    CNullContext & operator=(const CNullContext & other) = default;
 
     const std::string Name() override;
     bool IsValid() override;
