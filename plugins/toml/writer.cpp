@@ -18,6 +18,8 @@ constexpr char FILTERED_NOTE[] =
     "# A filtered write: each key once, from the layer that won. For reading by people and "
     "scripts;\n# a reader needs devices and stores and refuses this file.\n";
 
+constexpr int NO_LAYER = 255;   // above all of them
+
 std::string Line(const std::string & name, const std::string & value)
 {
     return name + " = " + value + '\n';
@@ -82,8 +84,8 @@ void CTomlWriter::PrepareWriter(IConfigContext &) {}
 void CTomlWriter::StartWrite(IConfigContext & context)
 {
     Run([&] {
-        mText.clear();
-        mHasHeader = false;
+        mHead.clear();
+        mBlocks.clear();
         mHasFailed = false;
         mIsInSubsystem = false;
         mElement.reset();
@@ -99,7 +101,7 @@ void CTomlWriter::EndWrite(IConfigContext &)
 {
     Run([this] { Finish(); });
     mFile.Discard();   // nothing is left of it if it took its place
-    mText.clear();
+    mBlocks.clear();
     mHasFailed = false;
 }
 
@@ -107,25 +109,35 @@ void CTomlWriter::Finish()
 {
     if (!mFile.IsOpen() || mHasFailed || IsErrorStanding())
         return;
-    if (!mHasHeader)
-        AddHeader(mChip);
+    if (mBlocks.empty())
+        MakeHead(mChip);
     std::string reason;
-    if (!mFile.Commit(mText, reason))
+    if (!mFile.Commit(WholeText(), reason))
         Fail(std::string(keywords::ERROR_UNABLE_TO_WRITE_FILE) + " (" + reason + ')');
 }
 
-void CTomlWriter::AddHeader(const std::string & chip)
+std::string CTomlWriter::WholeText()
 {
-    mHasHeader = true;
+    if (mLayerFilter.empty())
+        std::stable_sort(mBlocks.begin(), mBlocks.end(),
+            [](const Block & left, const Block & right) { return left.mLayer < right.mLayer; });
+    std::string text = std::move(mHead);
+    for (const Block & block : mBlocks)
+        text += block.mText;
+    return text;
+}
+
+void CTomlWriter::MakeHead(const std::string & chip)
+{
     mChip = chip;
     const bool isFiltered = !mLayerFilter.empty();
     if (isFiltered)
-        mText += FILTERED_NOTE;
+        mHead += FILTERED_NOTE;
     if (!isFiltered || !chip.empty())
-        mText += Line(field::CHIP, TextValue(chip));
+        mHead += Line(field::CHIP, TextValue(chip));
     if (isFiltered) {
         const bool isNumber = ParseDecimal(mLayerFilter, INT16_MIN, INT16_MAX).has_value();
-        mText += Line(field::LAYER_FILTER, isNumber ? mLayerFilter : TextValue(mLayerFilter));
+        mHead += Line(field::LAYER_FILTER, isNumber ? mLayerFilter : TextValue(mLayerFilter));
     }
 }
 
@@ -140,13 +152,14 @@ void CTomlWriter::StartSubsystem(IConfigContext & context)
 void CTomlWriter::AddSubsystem(IConfigContext & context)
 {
     const std::string chip = context.GetTag(keywords::TAG_CHIP);
-    if (!mHasHeader)
-        AddHeader(chip);
+    if (mBlocks.empty())
+        MakeHead(chip);
     if (chip != mChip)
         return Fail("subsystems of two chips, " + TextValue(mChip) + " and " + TextValue(chip) +
                     "; a file holds those of one");
     mIsInSubsystem = true;
-    mText += "\n[[subsystem]]\n";
+    const auto layer = ParseDecimal(context.GetTag(keywords::TAG_LAYER_NUMBER), 0, NO_LAYER);
+    mBlocks.push_back({ static_cast<int>(layer.value_or(NO_LAYER)), "\n[[subsystem]]\n" });
     AddTag(context, keywords::TAG_SUBSYSTEM_TYPE, field::TYPE, SubsystemWords());
     if (!mLayerFilter.empty())
         return AddTag(context, keywords::TAG_LAYER_NUMBER, field::LAYER, {});
@@ -163,7 +176,7 @@ void CTomlWriter::AddTag(
     if (!number && !text.empty())
         return Fail("a subsystem whose context tag \"" + std::string(tag) + "\" reads " + TextValue(text) +
                     "; expected a number up to " + std::to_string(MAX_TAG));
-    mText += Line(name, number ? WordOrNumber(static_cast<int>(*number), words) : Quotes(""));
+    mBlocks.back().mText += Line(name, number ? WordOrNumber(static_cast<int>(*number), words) : Quotes(""));
 }
 
 void CTomlWriter::EndSubsystem(IConfigContext &)
@@ -250,13 +263,14 @@ std::optional<CTomlWriter::Record> CTomlWriter::RecordOf(IPayload & payload, std
 void CTomlWriter::AddElement(const Element & element)
 {
     const std::string typeWord = TypeWord(element);
-    mText += "\n[[subsystem.key]]\n" + Line(field::ID, std::to_string(element.mId));
+    std::string & text = mBlocks.back().mText;
+    text += "\n[[subsystem.key]]\n" + Line(field::ID, std::to_string(element.mId));
     if (element.mRecord && !element.mRecord->mName.empty())
-        mText += Line(field::NAME, TextValue(element.mRecord->mName));
-    mText += Line(field::TYPE, Quotes(typeWord));
+        text += Line(field::NAME, TextValue(element.mRecord->mName));
+    text += Line(field::TYPE, Quotes(typeWord));
     if (element.mIsRow)
-        mText += Line(field::INDEX, IndicesText(element.mIndices));
-    mText += Line(field::VALUE, ValueOf(element, typeWord));
+        text += Line(field::INDEX, IndicesText(element.mIndices));
+    text += Line(field::VALUE, ValueOf(element, typeWord));
 }
 
 // The class of an element isn't told. What its record says comes first, then what its payloads look like.

@@ -17,7 +17,10 @@
 
 namespace tomlconfig {
 
-/// Writes one file. The text grows in memory and becomes the file's content at the end of the write, if no error
+/// Writes one file. Subsystems come by type from the library and go into the file by layer, bottom to top: a reader
+/// stacks the stores of a device in the order in which it finds them, which would turn round otherwise.
+///
+/// The text grows in memory and becomes the file's content at the end of the write, if no error
 /// stands in the framework's group and everything could be told; otherwise the file stays as it was.
 class CTomlWriter : public IConfigWriter
 {
@@ -37,6 +40,12 @@ public:
     void WritePayload(IPayload & payload, IConfigContext & context) override;
 
 private:
+    struct Block
+    {
+        int mLayer;
+        std::string mText;
+    };
+
     // What the metadata of a key says that its payloads don't.
     struct Record
     {
@@ -60,7 +69,7 @@ private:
     void Run(ActionT action);
     void Fail(const std::string & text);
     bool CanWrite();
-    void AddHeader(const std::string & chip);
+    void MakeHead(const std::string & chip);
     void AddSubsystem(IConfigContext & context);
     void AddTag(
         IConfigContext & context, const char * tag, const char * name, const std::vector<TagWord> & words);
@@ -68,16 +77,17 @@ private:
     void AddNamedData(const std::string & name, const void * data, std::uint32_t size);
     void AddElement(const Element & element);
     void Finish();
+    std::string WholeText();
     static std::optional<Record> RecordOf(IPayload & payload, std::uint32_t psId);
     static std::string TypeWord(const Element & element);
     static std::string ValueOf(const Element & element, const std::string & typeWord);
 
     std::string mPath;
     CTargetFile mFile;
-    std::string mText;
+    std::string mHead;
+    std::vector<Block> mBlocks;        // a subsystem each
     std::string mLayerFilter;          // empty for a full write
     std::string mChip;                 // of the whole file
-    bool mHasHeader = false;           // the head of the file is in mText
     bool mHasFailed = false;           // some call of this write couldn't do its work
     bool mIsInSubsystem = false;       // between StartSubsystem and EndSubsystem
     std::optional<Element> mElement;   // between StartElement and EndElement
