@@ -33,21 +33,21 @@ std::string Lowered(std::string text)
     return text;
 }
 
-// The least number of letters to insert, remove or change that turns one word into the other.
+// The least number of letters to insert, remove, change or swap with their neighbour that turns one word into the other.
 std::size_t DistanceOf(const std::string & left, const std::string & right)
 {
-    std::vector<std::size_t> row(right.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{ 0 });
-    for (std::size_t i = 0; i < left.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i + 1;
-        for (std::size_t j = 0; j < right.size(); ++j) {
-            const std::size_t changed = diagonal + (left[i] == right[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({ changed, row[j] + 1, row[j + 1] + 1 });
+    std::vector<std::vector<std::size_t>> rows(left.size() + 1, std::vector<std::size_t>(right.size() + 1));
+    std::iota(rows[0].begin(), rows[0].end(), std::size_t{ 0 });
+    for (std::size_t i = 1; i <= left.size(); ++i) {
+        rows[i][0] = i;
+        for (std::size_t j = 1; j <= right.size(); ++j) {
+            const std::size_t change = left[i - 1] == right[j - 1] ? 0 : 1;
+            rows[i][j] = std::min({ rows[i - 1][j - 1] + change, rows[i][j - 1] + 1, rows[i - 1][j] + 1 });
+            if (i > 1 && j > 1 && left[i - 1] == right[j - 2] && left[i - 2] == right[j - 1])
+                rows[i][j] = std::min(rows[i][j], rows[i - 2][j - 2] + 1);
         }
     }
-    return row[right.size()];
+    return rows[left.size()][right.size()];
 }
 
 std::string Nearest(const std::string & word, const std::vector<std::string> & known)
