@@ -22,18 +22,20 @@ std::string FolderOf(const std::string & path)
     return slash == std::string::npos ? "" : path.substr(0, slash + 1);
 }
 
-// The path behind a chain of symbolic links, which may end at a file that doesn't exist yet.
-std::string FollowLinks(std::string path)
+// Replaces a path by that behind a chain of symbolic links, which may end at a file that doesn't exist yet. False, with
+// `errno` set, for links that lead in a circle.
+bool FollowLinks(std::string & path)
 {
     for (int count = 0; count < MAX_LINKS; ++count) {
         char target[PATH_MAX];
         const ssize_t length = ::readlink(path.c_str(), target, sizeof target);
         if (length <= 0)
-            return path;   // no link
+            return true;   // no link
         const std::string text(target, static_cast<std::size_t>(length));
         path = text.front() == '/' ? text : FolderOf(path) + text;
     }
-    return path;
+    errno = ELOOP;
+    return false;
 }
 
 bool Fail(std::string & reason, int error)
@@ -69,8 +71,9 @@ bool CTargetFile::Open(const std::string & path, std::string & reason)
         mDescriptor = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
         return mDescriptor >= 0 || Fail(reason, errno);
     }
-    mTarget = FollowLinks(path);
-    return OpenTemporary(exists ? &facts : nullptr) || Fail(reason, errno);
+    mTarget = path;
+    const bool isOpen = FollowLinks(mTarget) && OpenTemporary(exists ? &facts : nullptr);
+    return isOpen || Fail(reason, errno);
 }
 
 bool CTargetFile::OpenTemporary(const struct stat * replaced)
