@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <dlfcn.h>
+#include <sys/inotify.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -395,6 +396,19 @@ TEST(CPluginManager, waits_for_no_pipe_and_no_socket)
     alarm(0);
     close(server);
     EXPECT_THAT(NamesOf(manager), ElementsAre("alpha"));
+}
+
+TEST(CPluginManager, does_not_so_much_as_open_a_pipe)
+{
+    ModuleFolder folder;   // whoever waits at the other end would take it for a partner
+    ASSERT_EQ(mkfifo(folder.PathOf("pipe.zpm").c_str(), 0600), 0);
+    const int watch = inotify_init1(IN_NONBLOCK);
+    ASSERT_GE(inotify_add_watch(watch, folder.PathOf("pipe.zpm").c_str(), IN_OPEN), 0);
+    AManager manager;
+    manager.Load(folder.Path(), "*.zpm");
+    inotify_event event = {};
+    EXPECT_EQ(read(watch, &event, sizeof event), -1);
+    close(watch);
 }
 
 TEST(CPluginManager, leaves_out_a_file_that_it_may_not_read)
