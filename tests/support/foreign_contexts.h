@@ -67,8 +67,8 @@ class MapContext : public IConfigContext
 public:
     explicit MapContext(const std::string & tags = "")
     {
-        ++Live();
         MapContext::Parse(tags);
+        ++Live();
     }
     MapContext(const MapContext & other)
         : IConfigContext(other)
