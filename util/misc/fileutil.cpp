@@ -53,11 +53,13 @@ bool GetFiles(std::string aDir, std::string pattern, std::list<std::string> & fi
     if (search != platform::SearchResult::Found)
         return result = exists && search == platform::SearchResult::NoMatch;
 
+    std::list<std::string> found;
     for (const std::string & name : names) {
         const std::string path = prefix + name;
         if (IsDir(path, isDirectory) && !isDirectory)
-            files.push_back(path);
+            found.push_back(path);
     }
+    files.splice(files.end(), found);
     return result = true;
 }
 

@@ -73,6 +73,29 @@ private:
     int mDescriptor;   // negative for none
 };
 
+/// The content of a file, as long as this object lives.
+class CMappedFile
+{
+public:
+    CMappedFile(int descriptor, std::size_t size)
+        : mContent(mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor, 0))
+        , mSize(size)
+    {}
+    CMappedFile(const CMappedFile &) = delete;
+    CMappedFile & operator=(const CMappedFile &) = delete;
+    ~CMappedFile()
+    {
+        if (IsMapped())
+            munmap(mContent, mSize);
+    }
+    bool IsMapped() const { return mContent != MAP_FAILED; }
+    const unsigned char * Content() const { return static_cast<const unsigned char *>(mContent); }
+
+private:
+    void * mContent;
+    std::size_t mSize;   // in bytes
+};
+
 /// Whether the file at `path` looks like a module that the system loader survives: that one trusts what it maps, and
 /// a damaged file would kill the process.
 bool IsSoundModule(const std::string & path)
@@ -86,12 +109,8 @@ bool IsSoundModule(const std::string & path)
         return false;
 
     const auto size = static_cast<std::size_t>(status.st_size);
-    void * const content = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.Get(), 0);
-    if (content == MAP_FAILED)
-        return false;
-    const bool isSound = elfcheck::IsSound(static_cast<const unsigned char *>(content), size);
-    munmap(content, size);
-    return isSound;
+    const CMappedFile mapped(file.Get(), size);
+    return mapped.IsMapped() && elfcheck::IsSound(mapped.Content(), size);
 }
 
 /// The system loader puts a directory of its own in place of such a word.

@@ -1,0 +1,73 @@
+// Each allocation of a listing and of a load fails in turn.
+
+#include <misc/fileutil.h>
+#include <misc/keepforever.h>
+#include <misc/pluginmanager.h>
+
+#include <support/allocations.h>
+#include <support/module_folder.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <list>
+#include <string>
+
+using namespace VrexZynConfigTools;
+using plugin::CPluginManager;
+using support::FailAllocationsAfter;
+using support::FailEachAllocation;
+using support::LetAllocationsPass;
+using support::ModuleFolder;
+using testing::ElementsAre;
+using Names = std::list<std::string>;
+
+TEST(OutOfMemory, leaves_the_list_of_files_alone)
+{
+    ModuleFolder folder;
+    folder.WithFile("a file with a long name.txt", "").WithFile("another file with a long name.txt", "");
+    const std::string path = folder.Path();
+    Names files = { "before" };
+    const auto failures = FailEachAllocation(
+        [&] { fileutil::GetFiles(path, "*.txt", files); }, [&] { EXPECT_THAT(files, ElementsAre("before")); });
+    EXPECT_GT(failures, 5U);
+    EXPECT_EQ(files.size(), 3U);
+}
+
+TEST(OutOfMemory, leaves_a_plug_in_manager_with_whole_records)
+{
+    ModuleFolder folder;
+    folder.With("alpha").With("twin", "twin1.zpm").With("other_twin", "twin2.zpm").With("wrong_signature");
+    const std::string path = folder.Path();
+    CPluginManager manager("GetPlugInName", "GetPlugInSignature", "ZynConfigTool");
+    const auto failures = FailEachAllocation([&] { manager.Load(path, "*.zpm"); },
+        [&] {
+            Names names;
+            EXPECT_EQ(manager.ModulesName(names), manager.Count());
+            for (const std::string & name : names) {
+                ASSERT_NE(manager.GetModule(name), nullptr);
+                EXPECT_EQ(manager.GetModule(name)->mName, name);
+            }
+        });
+    EXPECT_GT(failures, 20U);
+    EXPECT_EQ(manager.Count(), 2U);
+}
+
+TEST(OutOfMemory, leaves_the_list_of_names_alone)
+{
+    ModuleFolder folder;
+    folder.With("alpha").With("beta");
+    CPluginManager manager("GetPlugInName", "GetPlugInSignature", "ZynConfigTool");
+    manager.Load(folder.Path(), "*.zpm");
+    Names names = { "before" };
+    FailEachAllocation([&] { manager.ModulesName(names); }, [&] { EXPECT_THAT(names, ElementsAre("before")); });
+    EXPECT_THAT(names, ElementsAre("before", "alpha", "beta"));
+}
+
+TEST(OutOfMemory, is_borne_by_what_is_kept_for_ever)
+{
+    static const int kept = 5;
+    FailAllocationsAfter(0);
+    EXPECT_NO_THROW(KeepForEver(&kept));
+    LetAllocationsPass();
+}
