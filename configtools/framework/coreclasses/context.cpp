@@ -34,7 +34,7 @@ CBaseContext::CBaseContext(const std::string & name, int subsystemType)
 {
     ZYN_CONSTRUCTOR(GROUP_CORE_CLASSES, "VrexZynConfigTools::CBaseContext::CBaseContext");
 
-    CBaseContext::SetTag(keywords::TAG_SUBSYSTEM_TYPE, subsystemType);
+    CBaseContext::SetTag(keywords::TAG_SUBSYSTEM_TYPE, std::to_string(subsystemType));
 }
 
 // The facts are left out of every copy and move: equal change counts don't mean equal tags.
