@@ -69,8 +69,6 @@ CZynContext & CZynContext::operator=(CZynContext && other) noexcept
 {
     ZYN_SENTRY("VrexZynConfigTools::CZynContext::operator=");
 
-    if (this == &other)
-        return *this;
     CBaseContext::operator=(static_cast<CBaseContext &&>(other));
     mKeyVersion = std::exchange(other.mKeyVersion, 0);
     mLayerKey = std::exchange(other.mLayerKey, {});

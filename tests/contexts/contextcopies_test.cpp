@@ -168,7 +168,7 @@ TEST_P(CZynContextCopies, have_the_keys_of_their_source_with_an_equal_change_cou
     CZynContext target;
     for (int layer = 11; layer < 16; ++layer)
         target.SetLayerNumber(layer);
-    Warm(target);
+    target.GetTag(BY_LAYER);
     ASSERT_EQ(ChangeCount(target), ChangeCount(mSource));
     CZynContext moved = target;
     target = mSource;

@@ -74,8 +74,6 @@ CBaseContext & CBaseContext::operator=(CBaseContext && other) noexcept
 {
     ZYN_SENTRY("VrexZynConfigTools::CBaseContext::operator=");
 
-    if (this == &other)
-        return *this;
     mName = std::exchange(other.mName, {});
     mTags = std::exchange(other.mTags, {});
     mChangeCount = other.mChangeCount;
