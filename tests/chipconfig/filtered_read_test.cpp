@@ -284,6 +284,18 @@ TEST_F(CChipConfigLostWinner, of_PrepareForChip_is_skipped)
     EXPECT_EQ(Written("layerfilter=5"), "1/2: 3");
 }
 
+TEST_F(CChipConfigLostWinner, of_a_subsystem_that_a_tool_made_is_skipped_after_its_end)
+{
+    CZynContext context;
+    context.Parse("layerfilter=5;layernumber=3;subsystemtype=1");
+    {
+        CSubsystemConfig subsystem(context, &mChip);
+        static_cast<IConfigReaderElementObserver &>(subsystem).OnElementFound(Traced(1, 100, "k"), context);
+        EXPECT_EQ(Written("layerfilter=5"), "1/3: 1");
+    }
+    EXPECT_EQ(Written("layerfilter=5"), "");
+}
+
 TEST_F(CChipConfigLostWinner, that_won_twice_is_lost_in_both_places)
 {
     // One element, told under two types: it is one element all the same.

@@ -217,10 +217,10 @@ TEST_P(CSubsystemConfigDifferential, answers_as_a_walk_of_the_list)
 }
 
 INSTANTIATE_TEST_SUITE_P(Plans, CSubsystemConfigDifferential,
-    testing::Values(Plan{ "few_collide_always", 1, 60000, 3, 25, 0 },
-        Plan{ "few_with_foreign_classes", 2, 60000, 3, 25, 20 }, Plan{ "some", 3, 60000, 12, 60, 0 },
-        Plan{ "some_with_foreign_classes", 4, 60000, 12, 60, 4 }, Plan{ "many", 5, 20000, 300, 800, 0 },
-        Plan{ "many_with_foreign_classes", 6, 12000, 300, 800, 1 },
+    testing::Values(Plan{ "few_collide_always", 1, 40000, 3, 25, 0 },
+        Plan{ "few_with_foreign_classes", 2, 40000, 3, 25, 20 }, Plan{ "some", 3, 40000, 12, 60, 0 },
+        Plan{ "some_with_foreign_classes", 4, 40000, 12, 60, 4 }, Plan{ "many", 5, 12000, 300, 800, 0 },
+        Plan{ "many_with_foreign_classes", 6, 8000, 300, 800, 1 },
         Plan{ "debug_output_changes_nothing", 7, 10000, 8, 30, 5, true }),
     [](const testing::TestParamInfo<Plan> & plan) { return std::string(plan.param.mName); });
 

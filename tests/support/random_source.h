@@ -5,6 +5,7 @@
 
 #include <support/walk_model.h>
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstdint>
@@ -40,8 +41,23 @@ public:
         return Chance(40) ? Of(NASTY) : static_cast<std::uint32_t>(Below(spread));
     }
 
+    /// Names of lengths around a multiple of 8 that differ in one character, and that in few bits: "[" and "{" are no
+    /// letters, though they differ as "A" and "a" do.
+    std::string TrickyName(std::size_t spread)
+    {
+        static const std::vector<std::size_t> LENGTHS{ 8, 7, 1, 9, 16, 17, 15, 24, 2, 0 };
+        static const std::vector<char> TWINS{ 'i', 'I', '[', '{', '@', '`', '\x80', '\xC9', '\xFF', '\0', ' ' };
+        std::string name = std::string("ibcdefghijklmnopqrstuvwx")
+                               .substr(0, LENGTHS[Below(std::min<std::size_t>(spread, 10))]);
+        if (!name.empty() && Chance(70))
+            name[Chance(50) ? 0 : name.size() - 1] = TWINS[Below(TWINS.size())];
+        return name;
+    }
+
     std::string Name(std::size_t spread)
     {
+        if (Chance(20))
+            return Recased(TrickyName(spread));
         static const std::vector<std::string> NASTY{ "", " ", "a", "Ab", "12abc", "12ABC", "0x", "0x10", "16",
             "020", "08", "+5", " 5", "5 ", "-1", "2147483648", "3000000000", "\xC4\xD6", "\xE4\xF6", "a.b", ".",
             std::string("n\0x", 3), std::string("5\0a", 3), std::string("\0", 1), "\x0BZ", "-", "0B",
