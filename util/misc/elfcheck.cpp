@@ -74,7 +74,7 @@ private:
     bool ReadNeededVersions();
     bool ReadOwnVersions();
     bool AreSymbolVersionsSound();
-    bool ReadArrays();
+    bool ReadArray(std::int64_t addressTag, std::int64_t sizeTag);
     bool ReadRelocations();
     template <typename RelocationT>
     bool ReadRelocationTable(Address at, Address size, Address relativeCount);
@@ -102,8 +102,9 @@ private:
 bool CCheck::IsSound()
 {
     return AreEntriesComplete() && ReadStrings() && ReadHashes() && AreSymbolsSound() && ReadNeededVersions() &&
-           ReadOwnVersions() && AreSymbolVersionsSound() && ReadArrays() && ReadRelocations() &&
-           ReadRelativeTable() && AreFunctionsSound() && AreTablesApart();
+           ReadOwnVersions() && AreSymbolVersionsSound() && ReadArray(DT_INIT_ARRAY, DT_INIT_ARRAYSZ) &&
+           ReadArray(DT_FINI_ARRAY, DT_FINI_ARRAYSZ) && ReadRelocations() && ReadRelativeTable() &&
+           AreFunctionsSound() && AreTablesApart();
 }
 
 /// Notes a table; null unless the file brings all of it.
@@ -300,25 +301,21 @@ bool CCheck::AreSymbolVersionsSound()
     const unsigned char * const numbers = Table(*at, size);
     for (Address i = 0; numbers != nullptr && i < size; i += sizeof(std::uint16_t)) {
         const auto number = CElfFile::Decode<std::uint16_t>(numbers + i);
-        if (mVersions.count(number & 0x7FFF) == 0)
+        if (!mVersions.contains(number & 0x7FFF))
             return false;
     }
     return numbers != nullptr;
 }
 
-bool CCheck::ReadArrays()
+bool CCheck::ReadArray(std::int64_t addressTag, std::int64_t sizeTag)
 {
-    const std::array<std::array<std::int64_t, 2>, 2> arrays = { { { DT_INIT_ARRAY, DT_INIT_ARRAYSZ },
-        { DT_FINI_ARRAY, DT_FINI_ARRAYSZ } } };
-    for (const auto & [addressTag, sizeTag] : arrays) {
-        const auto at = mFile.Dynamic(addressTag);
-        if (!at)
-            continue;
-        const Address size = *mFile.Dynamic(sizeTag);
-        if (*at % sizeof(Address) != 0 || size % sizeof(Address) != 0 || Table(*at, size) == nullptr)
-            return false;
-        mArrays.push_back({ *at, size });
-    }
+    const auto at = mFile.Dynamic(addressTag);
+    if (!at)
+        return true;
+    const Address size = *mFile.Dynamic(sizeTag);
+    if (*at % sizeof(Address) != 0 || size % sizeof(Address) != 0 || Table(*at, size) == nullptr)
+        return false;
+    mArrays.push_back({ *at, size });
     return true;
 }
 
