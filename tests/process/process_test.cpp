@@ -66,7 +66,8 @@ TEST(TheLibrary, destroys_the_factory_after_everything_else_and_can_tell_so)
     EXPECT_EQ(end.mExitCode, 0) << end.mOutput;
     const std::string chip = "VrexZynConfigTools::CChipConfig::~CChipConfig\n";
     const std::string element = "VrexZynConfigTools::CElement::~CElement\n";
-    const std::string factory = "VrexZynConfigTools::CReaderWriterFactory::~CReaderWriterFactory\n";
+    const std::string factory = "plugin::CPluginManager::~CPluginManager\n"
+                                "VrexZynConfigTools::CReaderWriterFactory::~CReaderWriterFactory\n";
     EXPECT_THAT(end.mOutput, HasSubstr(chip));
     EXPECT_THAT(end.mOutput, HasSubstr(element));
     ASSERT_GE(end.mOutput.size(), factory.size());
