@@ -200,7 +200,7 @@ TEST_F(Hostile, a_store_without_a_layer_is_told)
             File("a.toml", std::string(ONE_KEY) + "subsystem 1 " + store + "\nkey 9 L number 1\n");
         const auto result = Show({ file });
         EXPECT_EQ(result.mExitCode, WRONG_DATA) << store;
-        EXPECT_THAT(result.mErr, HasSubstr(" has no layer: layers are at most 15 stores")) << store;
+        EXPECT_THAT(result.mErr, HasSubstr(" has no layer: one of at most 15 stores has")) << store;
         EXPECT_THAT(result.mOut, HasSubstr("* 1 otp.1")) << store;   // what there is gets shown
         EXPECT_EQ(Convert({ file }).mExitCode, WRONG_DATA);
         EXPECT_FALSE(IsWritten());
@@ -255,6 +255,13 @@ TEST_F(Hostile, a_key_that_stands_twice_in_a_file_is_told)
     const auto appended = Show({ file }, { "--context", "insertmode=append" });
     EXPECT_EQ(appended.mExitCode, 0) << appended.mErr;
     EXPECT_THAT(appended.mOut, AllOf(HasSubstr("* 1 otp.1  6\n"), HasSubstr("  1 otp.1  7\n")));
+}
+
+TEST_F(Hostile, a_file_given_twice_is_no_loss)
+{
+    const std::string file = File("a.toml", ONE_KEY);
+    EXPECT_EQ(Show({ file, file }).mExitCode, 0);
+    EXPECT_EQ(Show({ file, file }).mOut, Show({ file }).mOut);
 }
 
 TEST_F(Hostile, a_later_file_replaces_values_without_a_word)
@@ -359,6 +366,16 @@ TEST_F(Hostile, numbers_beyond_the_signed_range_have_winners)
     EXPECT_EQ(result.mExitCode, 0) << result.mErr;
     EXPECT_THAT(result.mOut,
         AllOf(HasSubstr("* 2 eeprom.1  4\n"), HasSubstr("* 2 eeprom.1  5\n"), HasSubstr("* 2 eeprom.1  6\n")));
+}
+
+TEST_F(Hostile, big_numbers_of_one_name_win_each_by_its_number)
+{
+    const std::string file = File("a.toml",
+        "chip demo\nsubsystem 1 1 1\nkey 4294967295 K number 1\nkey 4294967294 K number 2\nsubsystem 1 15 1\n"
+        "key 4294967294 K number 3\n");
+    const auto result = Show({ file });
+    EXPECT_EQ(result.mExitCode, 0) << result.mErr;
+    EXPECT_THAT(result.mOut, AllOf(HasSubstr("* 1 otp.1     1\n"), HasSubstr("* 2 eeprom.1  3\n")));
 }
 
 TEST_F(Hostile, keys_of_one_name_win_each_by_its_number)

@@ -187,7 +187,7 @@ std::string ContextProblem(const std::string & text)
 {
     std::istringstream pieces(text);
     for (std::string piece; std::getline(pieces, piece, ';');) {
-        const std::string problem = piece.empty() ? "" : TagProblem(piece);
+        std::string problem = piece.empty() ? "" : TagProblem(piece);
         if (!problem.empty())
             return problem;
     }

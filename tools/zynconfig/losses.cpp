@@ -61,10 +61,10 @@ std::vector<std::string> StoresWithoutLayer(const CReadWatch & watch, const std:
 {
     std::vector<std::string> lines;
     for (const Store & store : watch.Stores()) {
-        if (layered.count(store) == 0)
+        if (!layered.contains(store))
             lines.push_back("the store " + NameOf(store) +
-                            " has no layer: layers are at most 15 stores, numbered from 1, on otp, mtp, smem, "
-                            "fw_cfg and eeprom");
+                            " has no layer: one of at most 15 stores has, numbered from 1, on rom, otp, mtp, "
+                            "smem, fw_cfg or eeprom");
     }
     return lines;
 }
@@ -117,7 +117,7 @@ std::vector<std::string> LossesOfRead(const CChipConfig & chip, const CReadWatch
     for (const auto & [place, delivery] : watch.Deliveries()) {
         const std::size_t count = present[place];
         const std::string where = Describe(place.mKey, delivery.mName) + " in " + NameOf(place.mStore);
-        if (layered.count(place.mStore) != 0 && count == 0)
+        if (layered.contains(place.mStore) && count == 0)
             lost.Add(where + " is lost: a key of the same number took its place");
         else if (count != 0 && count < delivery.mCount)
             lost.Add(where + " stands more than once in " + delivery.mFile + ", and only one of them counts");

@@ -19,6 +19,7 @@ CReadWatch::CReadWatch(CChipConfig & chip)
 void CReadWatch::StartFile(const std::string & file)
 {
     mFile = file;
+    ++mFileNumber;
     mTarget = nullptr;
 }
 
@@ -81,8 +82,8 @@ bool CReadWatch::OnElementFound(CElement * element, IConfigContext & context)
         return true;
 
     Delivery & delivery = mDeliveries[{ mStore, KeyOf(*element, context) }];
-    const std::size_t count = delivery.mFile == mFile ? delivery.mCount : 0;
-    delivery = { element->Name(), mFile, count + 1 };
+    const std::size_t count = delivery.mFileNumber == mFileNumber ? delivery.mCount : 0;
+    delivery = { element->Name(), mFile, mFileNumber, count + 1 };
     return mTarget->OnElementFound(owned.release(), context);   // the subsystem owns it now
 }
 

@@ -21,7 +21,8 @@ namespace zynconfig {
 struct Delivery
 {
     std::string mName;    // the key's
-    std::string mFile;    // the last one that has it
+    std::string mFile;    // the one that was read last of those that have it
+    int mFileNumber;      // which one that was, from 1
     std::size_t mCount;   // how often that file has it
     bool operator==(const Delivery &) const = default;
 };
@@ -71,6 +72,7 @@ private:
     VrexZynConfigTools::IConfigReaderElementObserver * mTarget =
         nullptr;   // the subsystem being read; null: refused
     std::string mFile;
+    int mFileNumber = 0;
     std::string mFirstFile;              // the one that told the label
     std::optional<std::string> mLabel;   // none before the first subsystem
     Store mStore = {};

@@ -47,9 +47,16 @@ EntriesByKey CollectEntries(const CChipConfig & chip)
     return entries;
 }
 
-// The element that answers for the key; the null element if none does.
-const CElement & FindWinner(const CChipConfig & chip, const Key & key, const ChipEntry & top)
+bool IsAmong(const CElement & element, const std::vector<ChipEntry> & entries)
 {
+    return std::any_of(
+        entries.begin(), entries.end(), [&](const ChipEntry & entry) { return entry.mElement == &element; });
+}
+
+// The element that answers for the key, which needn't be one of its own; the null element if none does.
+const CElement & FindWinner(const CChipConfig & chip, const Key & key, const std::vector<ChipEntry> & entries)
+{
+    const ChipEntry & top = entries.back();
     CZynContext query;
     query.SetChip(top.mContext->GetTag(keywords::TAG_CHIP));
     query.SetTag(keywords::TAG_SUBSYSTEM_TYPE, top.mContext->GetTag(keywords::TAG_SUBSYSTEM_TYPE));
@@ -59,14 +66,13 @@ const CElement & FindWinner(const CChipConfig & chip, const Key & key, const Chi
     const CElement & byText = chip.Element(LookupText(key), query);
     if (byText.IsValid())
         return byText;
-    const std::string name = top.mElement->KeyString();
-    const CElement & byName = name.empty() ? CNullElement::Ref() : chip.Element(name, query);
-    return byName.IsValid() ? byName : chip.Element(key.mId, query);
+    const CElement & byName = chip.Element(top.mElement->KeyString(), query);
+    return IsAmong(byName, entries) ? byName : chip.Element(key.mId, query);
 }
 
 ShownKey MakeKey(const CChipConfig & chip, const Key & key, const std::vector<ChipEntry> & entries)
 {
-    const CElement & winner = FindWinner(chip, key, entries.back());
+    const CElement & winner = FindWinner(chip, key, entries);
     ShownKey shown = { key, {} };
     for (const ChipEntry & entry : entries)
         shown.mValues.push_back({ entry.mLayer, entry.mStore, entry.mElement->KeyString(),

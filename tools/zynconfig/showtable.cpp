@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
+#include <iterator>
 #include <string_view>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -146,8 +147,7 @@ std::string LineOf(const Row & row, const Widths & widths, std::string_view mark
 void AddKeys(const std::vector<ShownKey> & keys, std::size_t columns, CLineMaker & lines)
 {
     std::vector<std::vector<Row>> rowsByKey;
-    for (const ShownKey & key : keys)
-        rowsByKey.push_back(RowsOf(key));
+    std::transform(keys.begin(), keys.end(), std::back_inserter(rowsByKey), RowsOf);
     const Widths widths = WidthsOf(rowsByKey, columns);
 
     lines.Add(LineOf({ "KEY", "NAME", "LAYER", "VALUE", false }, widths, GAP), BOLD);

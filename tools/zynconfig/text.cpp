@@ -4,7 +4,6 @@
 #include <array>
 #include <clocale>
 #include <cwchar>
-#include <locale.h>
 
 namespace zynconfig {
 
