@@ -5,9 +5,11 @@
 
 #include <configtools/keywords.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 using namespace VrexZynConfigTools;
@@ -108,9 +110,18 @@ Rounds<TakerT> MakeRounds(const Keys & keys, const std::string & insertMode)
     return rounds;
 }
 
+/// The heap puts off joining what was freed until the next large allocation. That belongs to neither side.
+void SettleHeap()
+{
+    void * const large = std::malloc(std::size_t{ 1 } << 16U);
+    benchmark::DoNotOptimize(large);
+    std::free(large);
+}
+
 template <typename TakerT>
 double TimeOfDelivery(Rounds<TakerT> & rounds)
 {
+    SettleHeap();
     return TimeOf([&rounds] {
         for (Round<TakerT> & round : rounds) {
             for (CElement * const element : round.mElements)
