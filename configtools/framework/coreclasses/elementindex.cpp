@@ -17,18 +17,21 @@ constexpr std::size_t FIRST_SLOT_COUNT = 16;
 constexpr unsigned FIRST_SHIFT = 28;   // 32 less the binary logarithm of 16
 static_assert(std::uint64_t{ FIRST_SLOT_COUNT } << FIRST_SHIFT == std::uint64_t{ 1 } << 32U);
 
-bool IsOwnClass(const CElement & element)
+struct ElementKind
+{
+    bool mIsPlain;
+    bool mIsForeign;
+};
+
+// The usual classes come first, and need no cast: it would cost more than all else that is done for a new element.
+ElementKind KindOf(const CElement & element)
 {
     const std::type_info & type = typeid(element);
-    return type == typeid(CElementNumericArray) || type == typeid(CElementString) ||
-           type == typeid(CIndexedElement) || type == typeid(CElementEnum) || type == typeid(CElementStruct) ||
-           type == typeid(CElementRaw);
-}
-
-bool IsPlain(const CElement & element)
-{
+    if (type == typeid(CElementNumericArray) || type == typeid(CElementString) ||
+        type == typeid(CElementEnum) || type == typeid(CElementStruct) || type == typeid(CElementRaw))
+        return { true, false };
     const auto * row = dynamic_cast<const CIndexedElement *>(&element);
-    return row == nullptr || row->NumIndices() == 0;
+    return { row == nullptr || row->NumIndices() == 0, type != typeid(CIndexedElement) };
 }
 
 using Word = std::uint64_t;   // eight characters
@@ -128,9 +131,10 @@ const CElementIndex::Way CElementIndex::BY_NAME = { &CElementIndex::mByName, &De
     &Entry::mNextByName, true };
 
 CElementIndex::CChainTable::CChainTable()
-    : mSlots(std::make_unique<Slot[]>(FIRST_SLOT_COUNT)), mMask(FIRST_SLOT_COUNT - 1), mShift(FIRST_SHIFT)
-{
-}
+    : mSlots(std::make_unique<Slot[]>(FIRST_SLOT_COUNT))
+    , mMask(FIRST_SLOT_COUNT - 1)
+    , mShift(FIRST_SHIFT)
+{}
 
 CElementIndex::CChainTable::Slot & CElementIndex::CChainTable::FindOrAdd(std::uint32_t key) noexcept
 {
@@ -291,7 +295,8 @@ void CElementIndex::Remove(Position position) noexcept
 
 CElementIndex::Description CElementIndex::Describe(CElement & element) noexcept
 {
-    return { &element, element.mPsId, KeyOf(element.mName).mHash, IsPlain(element), !IsOwnClass(element) };
+    const ElementKind kind = KindOf(element);
+    return { &element, element.mPsId, KeyOf(element.mName).mHash, kind.mIsPlain, kind.mIsForeign };
 }
 
 std::uint32_t CElementIndex::EntryAt(Position position) const noexcept
