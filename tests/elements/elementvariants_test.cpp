@@ -518,7 +518,8 @@ TEST(ElementVariants, are_cast_to_by_those_who_link_the_library)
     EXPECT_NE(dynamic_cast<IMetadataUser *>(element.get()), nullptr);
     EXPECT_EQ(dynamic_cast<CElementNumericArray *>(element.get()), nullptr);
     EXPECT_EQ(dynamic_cast<CIndexedElement *>(element.get()), nullptr);
-    EXPECT_EQ(typeid(*element), typeid(CElementString));
+    const CElement & reference = *element;
+    EXPECT_EQ(typeid(reference), typeid(CElementString));
     EXPECT_NE(dynamic_cast<CNullElement *>(static_cast<IWritable *>(&CNullElement::Ref())), nullptr);
 }
 

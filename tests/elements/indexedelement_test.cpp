@@ -485,7 +485,8 @@ TEST(CIndexedElement, is_cast_to_by_those_who_link_the_library)
     const auto row = AnElement(100).WithRow(1).Build();
     EXPECT_NE(dynamic_cast<CIndexedElement *>(row.get()), nullptr);
     EXPECT_EQ(dynamic_cast<CElementRaw *>(row.get()), nullptr);
-    EXPECT_EQ(typeid(*row), typeid(CIndexedElement));
+    const CElement & reference = *row;
+    EXPECT_EQ(typeid(reference), typeid(CIndexedElement));
 }
 
 }   // namespace

@@ -270,7 +270,8 @@ TYPED_TEST(NumericArrayOf, the_maker_takes_the_low_bytes)
     const std::unique_ptr<IPayload> payload(
         CElementNumericArray::GetPayloadByNumericType(TypeParam::TYPE, Variable(0x8182838485868788)));
     ASSERT_NE(payload, nullptr);
-    EXPECT_EQ(typeid(*payload), typeid(typename TypeParam::Payload));
+    const IPayload & reference = *payload;
+    EXPECT_EQ(typeid(reference), typeid(typename TypeParam::Payload));
     EXPECT_EQ(payload->Type(), static_cast<PayloadTypeEnum>(TypeParam::TYPE));
     const auto low = static_cast<typename TestFixture::Value>(0x8182838485868788);
     EXPECT_EQ(HexOf(payload->RawData(), TestFixture::WIDTH), HexOf(low));

@@ -7,8 +7,8 @@
 
 namespace VrexZynConfigTools::support {
 
-/// The run-time check of references is off here, because binding a null one is the point.
-__attribute__((no_sanitize("null"), noinline)) inline void UseNothing(IMetadataUser & user)
+/// The run-time checks of references are off here, because binding a null one is the point.
+__attribute__((no_sanitize("null", "object-size"), noinline)) inline void UseNothing(IMetadataUser & user)
 {
     const IMetadata * const nothing = nullptr;
     user.Use(*nothing);

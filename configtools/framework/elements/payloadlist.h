@@ -12,10 +12,10 @@
 #include <vector>
 
 /// Marks a function that binds a reference to metadata through a pointer that may be null. The contract of
-/// `IMetadataUser::Use` lets a null address pass, so the run-time check for it is off there, and the function isn't
-/// inlined into one where it is on.
+/// `IMetadataUser::Use` lets a null address pass, so the run-time checks for it are off there, and the function isn't
+/// inlined into one where they are on.
 #if defined(__GNUC__)
-#define ZYN_BINDS_NULL_REFERENCE __attribute__((no_sanitize("null"), noinline))
+#define ZYN_BINDS_NULL_REFERENCE __attribute__((no_sanitize("null", "object-size"), noinline))
 #else
 #define ZYN_BINDS_NULL_REFERENCE
 #endif
