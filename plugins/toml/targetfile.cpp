@@ -31,8 +31,8 @@ bool FollowLinks(std::string & path)
         const ssize_t length = ::readlink(path.c_str(), target, sizeof target);
         if (length <= 0)
             return true;   // no link
-        const std::string text(target, static_cast<std::size_t>(length));
-        path = text.front() == '/' ? text : FolderOf(path) + text;
+        path = target[0] == '/' ? "" : FolderOf(path);
+        path.append(target, static_cast<std::size_t>(length));
     }
     errno = ELOOP;
     return false;

@@ -27,11 +27,11 @@ std::string TextOf(const void * value)
 {
     T number{};
     std::memcpy(&number, value, sizeof number);
-    const std::string text = std::to_string(number);
-    if constexpr (std::is_same_v<T, std::uint64_t>)   // a file's own integers are signed
-        return number > std::uint64_t{ std::numeric_limits<std::int64_t>::max() } ? '"' + text + '"' : text;
-    else
-        return text;
+    std::string text = std::to_string(number);
+    if constexpr (std::is_same_v<T, std::uint64_t>)
+        if (number > std::uint64_t{ std::numeric_limits<std::int64_t>::max() })
+            return '"' + text + '"';   // a file's own integers are signed
+    return text;
 }
 
 template <typename T, T NumericVariable::*Member>
@@ -57,12 +57,13 @@ static_assert(NUMBER_TYPES.size() == NUMERIC_NONE + 1);
 
 std::vector<std::string> MakeTypeWords()
 {
+    constexpr std::array<const char *, 5> OTHERS = { keywords::TYPE_STRING, keywords::TYPE_OCTET_STRING,
+        word::ENUM, word::STRUCT, word::RAW };
     std::vector<std::string> words;
+    words.reserve(NUMBER_TYPES.size() + OTHERS.size());
     for (const NumberType & type : NUMBER_TYPES)
         words.emplace_back(type.mWord);
-    for (const char * other :
-        { keywords::TYPE_STRING, keywords::TYPE_OCTET_STRING, word::ENUM, word::STRUCT, word::RAW })
-        words.emplace_back(other);
+    words.insert(words.end(), OTHERS.begin(), OTHERS.end());
     return words;
 }
 

@@ -52,6 +52,47 @@ std::string IndicesText(const std::vector<std::uint32_t> & indices)
     return indices.size() == 1 ? text : '[' + text + ']';
 }
 
+// A payload may carry the record of a struct's field; only that of the key itself says how the key is called.
+std::optional<Record> RecordOf(IPayload & payload, std::uint32_t psId)
+{
+    auto * user = dynamic_cast<IMetadataUser *>(&payload);
+    const IMetadata * metadata = user != nullptr ? user->Metadata() : nullptr;
+    if (metadata == nullptr || !metadata->IsValid() || metadata->PsId() != psId)
+        return std::nullopt;
+    return Record{ metadata->Name(), metadata->InternalType(), metadata->IsArray(), metadata->MetadataType() };
+}
+
+// The class of an element isn't told. What its record says comes first, then what its payloads look like.
+std::string TypeWord(const Element & element)
+{
+    const auto & record = element.mRecord;
+    const bool isRawRow = element.mIsRow && record && record->mInternalType == word::RAW;
+    if (isRawRow || (element.mIsRaw && !element.mIsRow))   // rows switch raw mode on for reasons of their own
+        return word::RAW;
+    const auto & values = element.mValues;
+    if (values.empty() || (record && record->mMetadataType == METADATA_STRUCT))
+        return word::STRUCT;
+    const ValueText & first = values.front();
+    const bool areAlike = std::all_of(values.begin(), values.end(),
+        [&first](const ValueText & value) { return value.mIsLeaf && value.mWord == first.mWord; });
+    const bool isTextAlone = values.size() == 1 || element.mIsRow || !IsText(first.mWord);
+    if (!areAlike || !isTextAlone)   // only a row holds several texts
+        return word::STRUCT;
+    const bool isInteger =
+        first.mWord == keywords::TYPE_INT64 && record && record->mInternalType == keywords::TYPE_INTEGER;
+    return isInteger ? keywords::TYPE_INTEGER : first.mWord;
+}
+
+std::string ValueOf(const Element & element, const std::string & typeWord)
+{
+    const auto & values = element.mValues;
+    if (typeWord == word::STRUCT || typeWord == word::RAW)
+        return FieldsText(values, 0);
+    const bool mayBeArray = element.mIsRow || !IsText(typeWord);
+    const bool isArray = mayBeArray && element.mRecord && element.mRecord->mIsArray;
+    return values.size() > 1 || isArray ? ArrayText(values) : values.front().mText;
+}
+
 }   // namespace
 
 CTomlWriter::CTomlWriter(const std::string & path)
@@ -250,16 +291,6 @@ void CTomlWriter::AddPayload(IPayload & payload)
     mElement->mValues.push_back(std::move(*value));
 }
 
-// A payload may carry the record of a struct's field; only that of the key itself says how the key is called.
-std::optional<CTomlWriter::Record> CTomlWriter::RecordOf(IPayload & payload, std::uint32_t psId)
-{
-    auto * user = dynamic_cast<IMetadataUser *>(&payload);
-    const IMetadata * metadata = user != nullptr ? user->Metadata() : nullptr;
-    if (metadata == nullptr || !metadata->IsValid() || metadata->PsId() != psId)
-        return std::nullopt;
-    return Record{ metadata->Name(), metadata->InternalType(), metadata->IsArray(), metadata->MetadataType() };
-}
-
 void CTomlWriter::AddElement(const Element & element)
 {
     const std::string typeWord = TypeWord(element);
@@ -271,37 +302,6 @@ void CTomlWriter::AddElement(const Element & element)
     if (element.mIsRow)
         text += Line(field::INDEX, IndicesText(element.mIndices));
     text += Line(field::VALUE, ValueOf(element, typeWord));
-}
-
-// The class of an element isn't told. What its record says comes first, then what its payloads look like.
-std::string CTomlWriter::TypeWord(const Element & element)
-{
-    const auto & record = element.mRecord;
-    const bool isRawRow = element.mIsRow && record && record->mInternalType == word::RAW;
-    if (isRawRow || (element.mIsRaw && !element.mIsRow))   // rows switch raw mode on for reasons of their own
-        return word::RAW;
-    const auto & values = element.mValues;
-    if (values.empty() || (record && record->mMetadataType == METADATA_STRUCT))
-        return word::STRUCT;
-    const ValueText & first = values.front();
-    const bool areAlike = std::all_of(values.begin(), values.end(),
-        [&first](const ValueText & value) { return value.mIsLeaf && value.mWord == first.mWord; });
-    const bool isTextAlone = values.size() == 1 || element.mIsRow || !IsText(first.mWord);
-    if (!areAlike || !isTextAlone)   // only a row holds several texts
-        return word::STRUCT;
-    const bool isInteger =
-        first.mWord == keywords::TYPE_INT64 && record && record->mInternalType == keywords::TYPE_INTEGER;
-    return isInteger ? keywords::TYPE_INTEGER : first.mWord;
-}
-
-std::string CTomlWriter::ValueOf(const Element & element, const std::string & typeWord)
-{
-    const auto & values = element.mValues;
-    if (typeWord == word::STRUCT || typeWord == word::RAW)
-        return FieldsText(values, 0);
-    const bool mayBeArray = element.mIsRow || !IsText(typeWord);
-    const bool isArray = mayBeArray && element.mRecord && element.mRecord->mIsArray;
-    return values.size() > 1 || isArray ? ArrayText(values) : values.front().mText;
 }
 
 }   // namespace tomlconfig

@@ -17,6 +17,33 @@
 
 namespace tomlconfig {
 
+/// What the metadata of a key says that its payloads don't.
+struct Record
+{
+    std::string mName;
+    std::string mInternalType;
+    bool mIsArray;
+    MetadataTypeEnum mMetadataType;
+};
+
+/// What has arrived of one element.
+struct Element
+{
+    std::uint32_t mId = 0;
+    bool mIsRaw = false;
+    bool mIsRow = false;
+    std::vector<std::uint32_t> mIndices;
+    std::optional<Record> mRecord;
+    std::vector<ValueText> mValues;
+};
+
+/// The text of one subsystem.
+struct Block
+{
+    int mLayer;
+    std::string mText;
+};
+
 /// Writes one file. Subsystems come by type from the library and go into the file by layer, bottom to top: a reader
 /// stacks the stores of a device in the order in which it finds them, which would turn round otherwise.
 ///
@@ -40,31 +67,6 @@ public:
     void WritePayload(IPayload & payload, IConfigContext & context) override;
 
 private:
-    struct Block
-    {
-        int mLayer;
-        std::string mText;
-    };
-
-    // What the metadata of a key says that its payloads don't.
-    struct Record
-    {
-        std::string mName;
-        std::string mInternalType;
-        bool mIsArray;
-        MetadataTypeEnum mMetadataType;
-    };
-
-    struct Element
-    {
-        std::uint32_t mId = 0;
-        bool mIsRaw = false;
-        bool mIsRow = false;
-        std::vector<std::uint32_t> mIndices;
-        std::optional<Record> mRecord;
-        std::vector<ValueText> mValues;
-    };
-
     template <typename ActionT>
     void Run(ActionT action);
     void Fail(const std::string & text);
@@ -78,14 +80,11 @@ private:
     void AddElement(const Element & element);
     void Finish();
     std::string WholeText();
-    static std::optional<Record> RecordOf(IPayload & payload, std::uint32_t psId);
-    static std::string TypeWord(const Element & element);
-    static std::string ValueOf(const Element & element, const std::string & typeWord);
 
     std::string mPath;
     CTargetFile mFile;
     std::string mHead;
-    std::vector<Block> mBlocks;        // a subsystem each
+    std::vector<Block> mBlocks;
     std::string mLayerFilter;          // empty for a full write
     std::string mChip;                 // of the whole file
     bool mHasFailed = false;           // some call of this write couldn't do its work
