@@ -196,6 +196,13 @@ INSTANTIATE_TEST_SUITE_P(OfSyntax, Findings,
         FindingCase{ "chip = \"x\ny\"",
             "1:10: Error while parsing string: unescaped control characters other than TAB "
             "(U+0009) are explicitly prohibited" },
+        FindingCase{ "e = ''\n[.",
+            "2:2: Error while parsing key: expected bare key starting character or string "
+            "delimiter, saw '.'" },
+        FindingCase{ "[{",
+            "1:2: Error while parsing key: expected bare key starting character or string delimiter, "
+            "saw '{'" },
+        FindingCase{ "v = [{ r = 1 },}", "1:16: Error while parsing value: could not determine value type" },
         FindingCase{ "chip = \"\xFF\"", "1:8: Encountered invalid utf-8 sequence" },
         FindingCase{ AFile("uint64", "18446744073709551615"),
             "12:29: Error while parsing decimal integer: '18446744073709551615' is not representable in 64 "
