@@ -51,9 +51,10 @@ private:
     StructWalk & mWalk;
 };
 
-StructWalk inspectWalk = {};
-StructWalk printWalk = {};
-StructWalk orderWalk = {};
+// Finished records may be read by several threads at once, so each has walks of its own.
+thread_local StructWalk inspectWalk = {};
+thread_local StructWalk printWalk = {};
+thread_local StructWalk orderWalk = {};
 
 bool IsStruct(const CStructField & field)
 {
