@@ -344,7 +344,8 @@ TEST_F(Hostile, a_row_behind_a_plain_key_of_a_higher_layer_has_no_winner)
     EXPECT_EQ(result.mExitCode, WRONG_DATA);
     EXPECT_EQ(result.mErr, "zynconfig: error: key 5.1 (K) of bt has no winner: another key of its number or "
                            "name answers for it\n");
-    EXPECT_THAT(result.mOut, AllOf(HasSubstr("* 2 eeprom.1  7\n"), HasSubstr("K.1     1 otp.1     6\n")));
+    EXPECT_THAT(
+        result.mOut, AllOf(HasSubstr("* 2 eeprom.1  7\n"), HasSubstr("  5.1  K       1 otp.1     6\n")));
 }
 
 TEST_F(Hostile, a_row_without_indices_is_a_place_of_its_own)
@@ -353,7 +354,8 @@ TEST_F(Hostile, a_row_without_indices_is_a_place_of_its_own)
     const auto result = Show({ file });
     EXPECT_EQ(
         result.mExitCode, WRONG_DATA);   // the text "5" finds the row, so that the plain key has no winner
-    EXPECT_THAT(result.mOut, AllOf(HasSubstr("K.    * 1 otp.1  []\n"), HasSubstr("K       1 otp.1  6\n")));
+    EXPECT_THAT(result.mOut,
+        AllOf(HasSubstr("  5.   K     * 1 otp.1  []\n"), HasSubstr("  5    K       1 otp.1  6\n")));
 }
 
 TEST_F(Hostile, numbers_beyond_the_signed_range_have_winners)

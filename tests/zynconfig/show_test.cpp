@@ -140,7 +140,10 @@ std::vector<std::string> KeyLinesOf(const Json & root)
         if (key["subsystem"] != subsystem)
             lines.push_back(key["subsystem"]);
         subsystem = key["subsystem"];
-        std::string head = ' ' + std::to_string(key["id"].get<std::uint32_t>()) + ' ';
+        std::string head = ' ' + std::to_string(key["id"].get<std::uint32_t>());
+        for (const Json & index : key["indices"])
+            head += '.' + std::to_string(index.get<std::uint32_t>());
+        head += ' ';
         std::string name;
         for (const Json & value : key["values"]) {
             head += value["name"] == name ? "" : value["name"].get<std::string>() + ' ';
@@ -175,17 +178,17 @@ Layers, from bottom to top:
    1  otp.1     bt, wlan
    2  eeprom.1  bt
 
-  KEY  NAME         LAYER       VALUE
+  KEY      NAME        LAYER       VALUE
 bt
-  100  NAME         1 otp.1     "Speaker"
-                  * 2 eeprom.1  "Küchenlautsprecher \" mit \\ und\nZeilenende"
-  120  LIMIT.3.7  * 1 otp.1     12
-  120  LIMIT.3.8  * 2 eeprom.1  13
-  130  MODE       * 1 otp.1     FAST (-2)
+  100      NAME        1 otp.1     "Speaker"
+                     * 2 eeprom.1  "Küchenlautsprecher \" mit \\ und\nZeilenende"
+  120.3.7  LIMIT     * 1 otp.1     12
+  120.3.8  LIMIT     * 2 eeprom.1  13
+  130      MODE      * 1 otp.1     FAST (-2)
 wlan
-  100  CHANNELS   * 1 otp.1     [1, 6, 11]
-  101  BIG        * 1 otp.1     18446744073709551615
-  102  ADDRESS    * 1 otp.1     00 ff 0a
+  100      CHANNELS  * 1 otp.1     [1, 6, 11]
+  101      BIG       * 1 otp.1     18446744073709551615
+  102      ADDRESS   * 1 otp.1     00 ff 0a
 
 * marks the value that holds.
 )");
@@ -232,7 +235,7 @@ TEST_F(Show, json_keeps_values_by_their_types)
         return KeyOf(root, subsystem, id)["values"][0];
     };
     EXPECT_EQ(KeyOf(root, "bt", 120)["indices"], Json({ 3, 7 }));
-    EXPECT_EQ(valueOf("bt", 120)["name"], "LIMIT.3.7");
+    EXPECT_EQ(valueOf("bt", 120)["name"], "LIMIT");
     EXPECT_EQ(valueOf("bt", 120)["value"], 12);
     EXPECT_EQ(valueOf("bt", 120)["type"], "uint16");
     EXPECT_EQ(valueOf("bt", 130)["value"], Json::parse(R"({ "name": "FAST", "number": -2 })"));
@@ -259,7 +262,7 @@ TEST_F(Show, a_variable_tells_the_width)
             EXPECT_LE(static_cast<int>(line.size()) - static_cast<int>(continuations), columns) << line;
         }
     }
-    EXPECT_THAT(ShowFiles({ mUser }, "50").mOut, HasSubstr("\"Küchenlautspreche…\n"));
+    EXPECT_THAT(ShowFiles({ mUser }, "50").mOut, HasSubstr("\"Küchenlautsprech…\n"));
 }
 
 TEST_F(Show, a_variable_without_a_sensible_width_is_ignored)
@@ -290,7 +293,7 @@ TEST_F(Show, a_terminal_tells_its_width_and_gets_colours)
     EXPECT_EQ(result.mExitCode, 0);
     EXPECT_THAT(
         result.mOut, AllOf(HasSubstr("\033[1mChip demo\033[0m\n"), HasSubstr("Küchenlauts"), HasSubstr("…")));
-    EXPECT_THAT(result.mOut, HasSubstr("\033[2m  100  NAME"));
+    EXPECT_THAT(result.mOut, HasSubstr("\033[2m  100      NAME"));
 }
 
 TEST_F(Show, colours_can_be_refused)

@@ -19,15 +19,13 @@ namespace {
 constexpr int TOP_LAYER = 15;
 
 constexpr char DESCRIPTION[] =
-    "Shows and converts the configuration of a chip: the stores that hold it are stacked "
-    "into layers, and of each key the value in the highest layer holds.";
+    "Shows and converts the configuration of a chip. The stores that hold it are stacked into "
+    "layers,\nand of each key the value in the highest layer holds.\n";
 constexpr char FOOTER[] = "Exit codes: 0 done, 1 the data is wrong, 2 the command line is wrong.";
-constexpr char FILES_HELP[] =
-    "The files to read, one after the other into one chip; of two values in one store the later one stays";
-constexpr char CONTEXT_HELP[] = "Tags for the plug-ins and the library, such as \"insertmode=new\"";
+constexpr char FILES_HELP[] = "The files to read into one chip, one after the other";
+constexpr char CONTEXT_HELP[] = "Tags for plug-ins and library, such as \"insertmode=new\"";
 constexpr char FILTER_HELP[] =
-    "Write each key once: N takes the highest layer up to N that has the key, -N the lowest "
-    "up to N (N is 1 to 15)";
+    "Write each key once: from the highest layer up to N, or with -N from the lowest";
 
 /// A tag that --context must not set, because the tool or a reader does.
 struct ReservedTag

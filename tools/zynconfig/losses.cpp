@@ -81,11 +81,11 @@ public:
         const bool isNewPlace = mPlaces.insert({ entry.mStore, entry.mKey }).second;
 
         if (byText->second != entry.mKey)
-            mConflicts.Add("the keys " + LookupText(byText->second) + " and " + LookupText(entry.mKey) +
+            mConflicts.Add("the keys " + NumberText(byText->second) + " and " + NumberText(entry.mKey) +
                            " of " + SubsystemName(entry.mKey.mSubsystem) + " are both called " + Quoted(text) +
                            ": a filtered output can hold only one of them");
         else if (byKey->second != text)
-            mConflicts.Add("key " + LookupText(entry.mKey) + " of " + SubsystemName(entry.mKey.mSubsystem) +
+            mConflicts.Add("key " + NumberText(entry.mKey) + " of " + SubsystemName(entry.mKey.mSubsystem) +
                            " is called " + Quoted(byKey->second) + " and " + Quoted(text) +
                            ": a filtered output would hold it twice");
         else if (!isNewPlace)

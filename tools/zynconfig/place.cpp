@@ -100,11 +100,15 @@ std::string LookupText(const Key & key)
     return text;
 }
 
+std::string NumberText(const Key & key)
+{
+    return LookupText(key) + (key.mIsRow && key.mIndices.empty() ? "." : "");
+}
+
 std::string Describe(const Key & key, const std::string & name)
 {
     const std::string called = name.empty() ? "" : " (" + Printable(name) + ')';
-    const std::string number = LookupText(key) + (key.mIsRow && key.mIndices.empty() ? "." : "");
-    return "key " + number + called + " of " + SubsystemName(key.mSubsystem);
+    return "key " + NumberText(key) + called + " of " + SubsystemName(key.mSubsystem);
 }
 
 }   // namespace zynconfig

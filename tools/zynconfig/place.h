@@ -66,6 +66,9 @@ std::string SubsystemName(int subsystem);
 /// "120", and for a table row "120.3.7": a text by which the library finds the key.
 std::string LookupText(const Key & key);
 
+/// As above, but a row without indices reads "120.", which the library would take for the row 0.
+std::string NumberText(const Key & key);
+
 /// "key 120.3.7 (BAND_LIMIT) of wlan", for messages.
 std::string Describe(const Key & key, const std::string & name);
 

@@ -75,8 +75,8 @@ ShownKey MakeKey(const CChipConfig & chip, const Key & key, const std::vector<Ch
     const CElement & winner = FindWinner(chip, key, entries);
     ShownKey shown = { key, {} };
     for (const ChipEntry & entry : entries)
-        shown.mValues.push_back({ entry.mLayer, entry.mStore, entry.mElement->KeyString(),
-            ValueOf(*entry.mElement), entry.mElement == &winner });
+        shown.mValues.push_back({ entry.mLayer, entry.mStore, entry.mElement->Name(), ValueOf(*entry.mElement),
+            entry.mElement == &winner });
     return shown;
 }
 

@@ -24,7 +24,7 @@ struct ShownValue
 {
     int mLayer;   // 0 for none
     Store mStore;
-    std::string mName;   // the key's text in this layer: its name, and a table row's indices
+    std::string mName;   // the key's in this layer
     Value mValue;
     bool mIsWinner;   // the value that holds
 };

@@ -15,8 +15,8 @@ namespace zynconfig {
 namespace {
 
 constexpr std::size_t DEFAULT_COLUMNS = 100;
-constexpr std::size_t LEAST_FOR_NAME = 8;
-constexpr std::size_t LEAST_FOR_VALUE = 24;   // names give way to it
+constexpr std::size_t LEAST_FOR_NAME = 12;
+constexpr std::size_t LEAST_FOR_VALUE = 20;   // names give way to it
 constexpr std::string_view GAP = "  ";
 constexpr std::string_view BOLD = "\033[1m";
 constexpr std::string_view DIM = "\033[2m";
@@ -113,9 +113,9 @@ std::vector<Row> RowsOf(const ShownKey & key)
     std::string_view name;
     for (const ShownValue & value : key.mValues) {
         const bool isFirst = rows.empty();
-        rows.push_back({ isFirst ? std::to_string(key.mKey.mId) : "",
-            isFirst || value.mName != name ? Printable(value.mName) : "",
-            LayerText(value.mLayer) + ' ' + NameOf(value.mStore), ToText(value.mValue), value.mIsWinner });
+        rows.push_back(
+            { isFirst ? NumberText(key.mKey) : "", isFirst || value.mName != name ? Printable(value.mName) : "",
+                LayerText(value.mLayer) + ' ' + NameOf(value.mStore), ToText(value.mValue), value.mIsWinner });
         name = value.mName;
     }
     return rows;
