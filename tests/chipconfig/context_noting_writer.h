@@ -6,7 +6,6 @@
 #include <support/recording_writer.h>
 
 #include <functional>
-#include <utility>
 #include <vector>
 
 namespace VrexZynConfigTools::support {

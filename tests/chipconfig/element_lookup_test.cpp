@@ -1,36 +1,16 @@
 // Finding an element across subsystems and layers.
 
-#include "chip_fixture.h"
+#include "layered_chip_fixture.h"
 
-#include <support/foreign_contexts.h>
 #include <support/foreign_elements.h>
 #include <support/grouping_locale.h>
-
-#include <map>
 
 using namespace VrexZynConfigTools;
 using namespace VrexZynConfigTools::support;
 
 namespace {
 
-/// Type 1 in layers 1 to 3 ("otp", "smem", "eeprom") and type 2 in layer 2. The number of an element is its layer,
-/// 20 more for type 2. Key 100 is in layers 1 and 3, key 101 in layer 2 only, key 102 in layer 1 only.
-class CChipConfigElement : public ChipTest
-{
-protected:
-    CChipConfigElement()
-    {
-        Read("chip=c", ASubsystem(1).In(OTP, 1).Holding(Traced(1, 100, "both")).Holding(Traced(11, 102, "low")),
-            ASubsystem(1).In(SMEM, 1).Holding(Traced(2, 101, "Mid")),
-            ASubsystem(1).In(EEPROM, 1).Holding(Traced(3, 100, "both")),
-            ASubsystem(2).In(SMEM, 1).Holding(Traced(22, 100, "both")));
-    }
-
-    int FindFiltered(std::uint32_t id, const std::string & filter, const std::string & tags = "")
-    {
-        return Find(id, "chip=c;subsystemtype=1;layerfilter=" + filter + ";" + tags);
-    }
-};
+using CChipConfigElement = LayeredChipTest;
 
 TEST_F(CChipConfigElement, without_a_filter_is_that_of_the_layer)
 {
@@ -218,6 +198,22 @@ TEST_F(CChipConfigElement, sees_changes_of_the_configuration)
     EXPECT_EQ(UidOf(mChip.Element(101U, context)), NULL_ELEMENT);
 }
 
+TEST_F(CChipConfigElement, of_two_chips_is_told_apart_by_one_context)
+{
+    CZynContext context;
+    context.Parse("chip=c;subsystemtype=1;layerfilter=15");
+    for (int uid = 70; uid < 75; ++uid) {
+        CChipConfig other;   // at the address of the former one
+        EXPECT_EQ(UidOf(other.Element(100U, context)), NULL_ELEMENT);
+        ScriptedReader reader;
+        reader.Delivers(ASubsystem(1).In(EEPROM, 1).Holding(Traced(uid, 100)));
+        reader.ReadInto(other, "chip=c");
+        EXPECT_EQ(UidOf(other.Element(100U, context)), uid);
+        EXPECT_EQ(UidOf(mChip.Element(100U, context)), 3);
+        EXPECT_EQ(UidOf(other.Element(100U, context)), uid);
+    }
+}
+
 TEST_F(CChipConfigElement, works_through_the_provider_interface)
 {
     const IElementProvider & provider = mChip;
@@ -226,65 +222,6 @@ TEST_F(CChipConfigElement, works_through_the_provider_interface)
 
     EXPECT_EQ(UidOf(provider.Element(100U, context)), 3);
     EXPECT_EQ(UidOf(provider.Element("low", context)), 11);
-}
-
-using CChipConfigForeignContext = CChipConfigElement;
-
-TEST_F(CChipConfigForeignContext, may_compute_filter_and_key)
-{
-    ComputingContext<CZynContext> context;
-    context.Parse("chip=c;subsystemtype=1;layernumber=1");
-    context.Computes("layerfilter", "15");
-    EXPECT_EQ(UidOf(mChip.Element(100U, context)), 3);
-
-    ComputingContext<CBaseContext> keyed("keyed");
-    keyed.Computes("subsystemkeybylayer", "c| |2|2");
-    EXPECT_EQ(UidOf(mChip.Element(100U, keyed)), 22);
-    keyed.SetTag("layerfilter", 9);
-    EXPECT_EQ(UidOf(mChip.Element(100U, keyed)), 22);   // the same key for every layer
-    EXPECT_EQ(UidOf(mChip.Element(101U, keyed)), NULL_ELEMENT);
-}
-
-TEST_F(CChipConfigForeignContext, may_look_for_other_tags)
-{
-    PrefixedContext<CZynContext> context;
-    context.Parse("chip=c;subsystemtype=1;my.layerfilter=15;my.subsystemkeybylayer=c| |1|3;layerfilter=1");
-    EXPECT_EQ(UidOf(mChip.Element(100U, context)), 3);
-}
-
-TEST_F(CChipConfigForeignContext, need_not_be_a_base_context)
-{
-    MapContext context("chip=c;subsystemtype=1;layernumber=3");
-    EXPECT_EQ(UidOf(mChip.Element(100U, context)), 3);
-
-    context.Parse("layerfilter=2;layernumber=7");
-    const auto before = context.All();
-    EXPECT_EQ(UidOf(mChip.Element(100U, context)), 1);
-    EXPECT_EQ(UidOf(mChip.Element("mid", context)), 2);
-    EXPECT_EQ(context.All(), before);
-    EXPECT_EQ(MapContext::Live(), 1);   // the working copies are gone
-}
-
-TEST_F(CChipConfigForeignContext, of_the_base_class_finds_by_a_stored_key)
-{
-    CBaseContext context("base");
-    EXPECT_EQ(UidOf(mChip.Element(100U, context)), NULL_ELEMENT);
-    context.SetTag("subsystemkeybylayer", "c| |1|3");
-    EXPECT_EQ(UidOf(mChip.Element(100U, context)), 3);
-    context.SetTag("layerfilter", 1);
-    EXPECT_EQ(UidOf(mChip.Element(100U, context)), 3);
-}
-
-TEST_F(CChipConfigForeignContext, that_is_null_finds_by_the_empty_key)
-{
-    EXPECT_EQ(UidOf(mChip.Element(100U, CNullContext::Ref())), NULL_ELEMENT);
-
-    ScriptedReader reader;
-    CBaseContext context("base", 1);
-    static_cast<IConfigReaderObserver &>(mChip).OnSubsystemFound(reader, context);
-    CZynContext plain;
-    reader.ElementObservers()[0]->OnElementFound(Traced(50, 100), plain);
-    EXPECT_EQ(UidOf(mChip.Element(100U, CNullContext::Ref())), 50);
 }
 
 // A layer without a subsystem leaves what was found above it, even if that isn't valid; one that lacks the element

@@ -230,6 +230,21 @@ TEST_F(CSubsystemConfigInsert, asks_a_derived_context_in_its_own_way)
     EXPECT_EQ(Uids(), (std::vector<int>{ 1, 3 }));
 }
 
+TEST_F(CSubsystemConfigInsert, asks_a_derived_context_anew_each_time)
+{
+    ChangingContext<CZynContext> context;   // "num_indices" and the indices are the mode, too
+    context.mAnswer = "new";
+    Add(TracedRow(1, 100, { 7 }), context);
+    Add(TracedRow(2, 100, { 7 }), context);
+    EXPECT_EQ(Uids(), std::vector<int>{ 1 });
+    context.mAnswer = "overwrite";
+    Add(TracedRow(3, 100, { 7 }), context);
+    EXPECT_EQ(Uids(), std::vector<int>{ 3 });
+    context.mAnswer = "append";
+    Add(TracedRow(4, 100, { 7 }), context);
+    EXPECT_EQ(Uids(), (std::vector<int>{ 3, 4 }));
+}
+
 TEST_F(CSubsystemConfigInsert, sees_each_change_of_one_context)
 {
     CZynContext context;

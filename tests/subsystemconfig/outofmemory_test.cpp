@@ -209,6 +209,28 @@ TEST_P(CSubsystemConfigOutOfMemory, looking_up)
         });
 }
 
+// As long as a foreign element is held the list is walked, and a walk copies names.
+TEST(CSubsystemConfigOutOfMemory, looking_up_after_the_last_foreign_element_has_gone)
+{
+    CZynContext overwriting;
+    overwriting.SetTag("insertmode", "overwrite");
+    for (const bool isRemoved : { true, false }) {
+        World world(9, false);
+        CZynContext context;
+        world.Reader().OnElementFound(new ForeignRaw(500, "foreign", {}, true), context);
+        if (isRemoved)
+            world.mSubsystem.RemoveElement(500U, nullptr);
+        else
+            world.Reader().OnElementFound(AnElement(500).Release(), overwriting);
+        const std::string name = World::NameOf(0);
+        const std::uint64_t before = AllocationCount();
+        const bool isThere =
+            world.mSubsystem.Element(name).IsValid() && world.mSubsystem.Element(100U).IsValid();
+        EXPECT_EQ(AllocationCount(), before) << isRemoved;
+        EXPECT_TRUE(isThere);
+    }
+}
+
 TEST(CSubsystemConfigOutOfMemory, being_made)
 {
     const auto make = [] {

@@ -134,6 +134,24 @@ TEST_F(CSubsystemConfigRows, any_context_class_may_give_the_indices)
     EXPECT_EQ(IndicesMadeOf(CNullContext::Ref()), "plain");
 }
 
+TEST_F(CSubsystemConfigRows, a_derived_context_is_asked_anew_each_time)
+{
+    ChangingContext<CZynContext> context;
+    for (const char * answer : { "3", "4", "" }) {
+        context.mAnswer = answer;
+        EXPECT_EQ(IndicesMadeOf(context), *answer != '\0' ? answer : "plain");
+    }
+}
+
+// `TagMatches` of the library looks at stored tags only.
+TEST_F(CSubsystemConfigRows, num_indices_that_are_computed_are_absent)
+{
+    ComputingContext<CZynContext> context;
+    context.SetTag("index1", 5);
+    context.Computes("num_indices", "1");
+    EXPECT_EQ(IndicesMadeOf(context), "plain");
+}
+
 TEST_F(CSubsystemConfigRows, a_row_that_arrives_takes_the_indices_of_the_context)
 {
     Add(TracedRow(1, 100, { 7, 7 }), "num_indices=1;index1=5");

@@ -36,6 +36,25 @@ private:
     std::map<std::string, std::string> mComputed;
 };
 
+/// Matches and lists by its own answers, which may change from call to call without a write.
+template <typename BaseT>
+class ChangingContext : public BaseT
+{
+public:
+    using BaseT::BaseT;
+
+    std::string mAnswer;   // to every question
+
+    std::string GetTag(const std::string & /*key*/) override { return mAnswer; }
+    std::list<std::string> GetTags(const std::string & /*keyPart*/) override { return { mAnswer }; }
+    bool TagMatches(const std::string & key, int value) override { return BaseT::TagMatches(key, value); }
+    bool TagMatches(const std::string & /*key*/, const std::string & value) override
+    {
+        return value == mAnswer;
+    }
+    IConfigContext * Clone() override { return new ChangingContext(*this); }
+};
+
 /// Answers for tags as if each key had a prefix in front; so one object holds two sets of tags.
 template <typename BaseT>
 class PrefixedContext : public BaseT
