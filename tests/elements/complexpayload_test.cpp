@@ -244,6 +244,26 @@ TEST(CComplexPayload, never_writes_past_the_maximum)
     }
 }
 
+TEST(CComplexPayload, writes_no_field_to_a_null_destination)
+{
+    EXPECT_EQ(AStruct({ new ForeignPayload("abc") })->WriteToMem(nullptr, 100), 0U);
+}
+
+TEST(CComplexPayload, bears_a_field_that_tells_more_bytes_than_there_are)
+{
+    struct Boaster : ForeignPayload
+    {
+        Boaster()
+            : ForeignPayload("a")
+        {}
+        std::uint64_t WriteToMem(void *, std::uint64_t) override { return 1000; }
+    };
+    const auto payload = AStruct({ new Boaster, new CUint8Payload(7), new CStringPayload("abc", false) });
+    std::array<unsigned char, 100> memory{};
+    EXPECT_EQ(payload->WriteToMem(memory.data(), memory.size()), 1000U);
+    EXPECT_THAT(memory, Each(0));
+}
+
 // --- Writing ---------------------------------------------------------------------------------------------------
 
 TEST(CComplexPayload, is_written_whole)

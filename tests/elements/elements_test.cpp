@@ -512,7 +512,9 @@ TEST(CElement, exit_lines_show_the_results)
     EXPECT_EQ(debug.Count("<- VrexZynConfigTools::CElement::Write [returning true]"), 1U);
     EXPECT_EQ(debug.Count("<- VrexZynConfigTools::CElement::KeyString [returning \"name\"]"), 1U);
     EXPECT_EQ(debug.Count("<- VrexZynConfigTools::CElement::PayloadCollectionSize [returning 1]"), 1U);
+    EXPECT_EQ(CUint32Payload(1234567).ToString(), "1234567");
     EXPECT_EQ(debug.Count("<- VrexZynConfigTools::CUint8Payload::ToString [returning \"65\"]"), 1U);
+    EXPECT_EQ(debug.Count("<- VrexZynConfigTools::CPayload::ToString [returning \"1234567\"]"), 1U);
     for (const auto & line : debug.Lines())
         EXPECT_EQ(line.mGroup, GROUP_FRAMEWORK) << line.mText;
 }

@@ -1,5 +1,6 @@
 #include <configtools/payloads.h>
 
+#include <algorithm>
 #include <cstddef>
 
 #include "payloadlist.h"
@@ -115,7 +116,7 @@ std::uint64_t CComplexPayload::WriteToMem(void * destination, std::uint64_t maxi
     auto * const begin = static_cast<std::byte *>(destination);
     for (IPayload * field : mFields)
         if (field != nullptr)
-            result += field->WriteToMem(begin + result, RoomFor(*field, maximum, result));
+            result += field->WriteToMem(begin + std::min(result, maximum), RoomFor(*field, maximum, result));
     return result;
 }
 
