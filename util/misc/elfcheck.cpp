@@ -217,7 +217,9 @@ bool CCheck::ReadGnuHash(Address at)
         last = std::max(last, symbol);
     }
     if (last == 0) {
-        mSymbolCount = std::max(mSymbolCount, firstSymbol);
+        // Nothing is exported, and nothing tells the number of symbols but the texts that linkers put behind them.
+        const Address size = *mFile.Dynamic(DT_STRTAB) - *mFile.Dynamic(DT_SYMTAB);
+        mSymbolCount = std::max(mSymbolCount, size / sizeof(Symbol));
         return Table(at, chains - at) != nullptr;
     }
     std::optional<Word> word;

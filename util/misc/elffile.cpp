@@ -112,11 +112,14 @@ bool CElfFile::AreLoadsSound() const
 
 bool CElfFile::IsLoadSound(const Segment & load) const
 {
-    return load.p_align % PageSize() == 0 && load.p_align != 0 && IsSoundAlignment(load.p_align) &&
-           (load.p_vaddr - load.p_offset) % load.p_align == 0 && load.p_filesz <= load.p_memsz &&
-           Range{ 0, mSize }.Holds(load.p_offset, load.p_filesz) &&
-           Range{ 0, std::numeric_limits<Address>::max() / 4 }.Holds(load.p_vaddr, load.p_memsz) &&
-           (load.p_flags & (PF_R | PF_X)) != 0;
+    constexpr Address MAX_SIZE = std::numeric_limits<Address>::max() / 4;
+    // Only what may be written can begin as zeros that the file doesn't bring.
+    const bool hasSoundSizes =
+        (load.p_flags & PF_W) != 0 ? load.p_filesz <= load.p_memsz : load.p_filesz == load.p_memsz;
+    return hasSoundSizes && Range{ 0, mSize }.Holds(load.p_offset, load.p_filesz) &&
+           Range{ 0, MAX_SIZE }.Holds(load.p_vaddr, load.p_memsz) && (load.p_flags & (PF_R | PF_X)) != 0 &&
+           load.p_align != 0 && load.p_align % PageSize() == 0 && IsSoundAlignment(load.p_align) &&
+           (load.p_vaddr - load.p_offset) % load.p_align == 0;
 }
 
 bool CElfFile::AreOthersSound() const

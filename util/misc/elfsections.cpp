@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 
 namespace elfcheck {
 
@@ -111,31 +112,15 @@ bool AreDynamicTablesSound(const CElfFile & file)
         [&file](const Tags & tags) { return IsTableOfSections(file, tags[0], tags[1]); });
 }
 
-/// Whether the module exports a function that begins at the address.
-bool BeginsExport(const CElfFile & file, const Section & symbols, Address address)
-{
-    using Symbol = ElfW(Sym);
-    for (Address at = 0; symbols.mHeader.sh_size - at >= sizeof(Symbol); at += sizeof(Symbol)) {
-        const auto symbol = file.ValueAt<Symbol>(symbols.mHeader.sh_addr + at);
-        if (symbol && symbol->st_shndx != SHN_UNDEF && symbol->st_value == address)
-            return true;
-    }
-    return false;
-}
-
-/// Whether the function that the loader is told to call is the one that every linker puts into a section of its own,
-/// or one that the author chose, which then must be exported.
+/// Every linker puts the function that the loader calls first, or last, into a section of its own. An author can choose
+/// another function; but one whose address is a single bit away from that section is damage.
 bool IsFunctionSound(const CElfFile & file, std::int64_t tag, std::string_view name)
 {
     const auto function = file.Dynamic(tag);
     const auto & sections = file.Sections();
     const auto own = std::find_if(
         sections.begin(), sections.end(), [name](const Section & section) { return section.mName == name; });
-    if (!function || own == sections.end() || own->mHeader.sh_addr == *function)
-        return true;
-    return std::any_of(sections.begin(), sections.end(), [&](const Section & section) {
-        return section.mHeader.sh_type == SHT_DYNSYM && BeginsExport(file, section, *function);
-    });
+    return !function || own == sections.end() || std::popcount(*function ^ own->mHeader.sh_addr) != 1;
 }
 
 }   // namespace
