@@ -216,7 +216,12 @@ TEST(GetFiles, knows_stars_and_question_marks_only)
 TEST(GetFiles, lets_a_star_take_any_text_also_none)
 {
     ModuleFolder folder;
-    folder.WithFile("aXbXc", "").WithFile("abc", "").WithFile("abcabd", "").WithFile("ab", "");
+    folder.WithFile("aXbXc", "")
+        .WithFile("abc", "")
+        .WithFile("abcabd", "")
+        .WithFile("ab", "")
+        .WithFile("xxxy", "");
+    EXPECT_THAT(Found(folder, "*xxy"), ElementsAre("xxxy"));   // and the next one begins right behind it
     EXPECT_THAT(Found(folder, "a*b*c"), ElementsAre("aXbXc", "abc"));
     EXPECT_THAT(Found(folder, "*abd"), ElementsAre("abcabd"));   // a first, short try has to be taken back
     EXPECT_THAT(Found(folder, "a*"), ElementsAre("aXbXc", "ab", "abc", "abcabd"));

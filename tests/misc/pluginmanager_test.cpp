@@ -347,15 +347,25 @@ TEST(CPluginManager, keeps_the_path_as_it_stands)
     EXPECT_EQ(manager.GetModule("alpha")->mPath, folder.PathOf("Sub/../Sub/Alpha.zpm"));
 }
 
-TEST(CPluginManager, leaves_out_a_path_in_which_the_loader_would_put_another_folder)
+TEST(CPluginManager, leaves_out_a_path_for_which_the_loader_would_take_another)
+{
+    // The loader would put the program's own folder in place of "$ORIGIN", and find alpha there.
+    const auto origin = std::filesystem::canonical("/proc/self/exe").parent_path();
+    ModuleFolder folder;
+    std::filesystem::create_directories(folder.Path() + origin.string());
+    folder.With("alpha", origin.string().substr(1) + "/file.zpm");
+    folder.WithFolder("$ORIGIN").With("beta", "$ORIGIN/file.zpm");
+    AManager manager;
+    manager.Load(folder.PathOf("$ORIGIN"), "*.zpm");
+    EXPECT_EQ(manager.Count(), 0U);
+}
+
+TEST(CPluginManager, bears_any_other_dollar_in_a_path)
 {
     ModuleFolder folder;
-    folder.WithFolder("$LIB").With("alpha", "$LIB/alpha.zpm");
-    folder.WithFolder("$LIBRARY").With("beta", "beta$.zpm");
+    folder.WithFolder("$HOME").With("beta", "$HOME/beta$.zpm");
     AManager manager;
-    manager.Load(folder.PathOf("$LIB"), "*.zpm");
-    EXPECT_EQ(manager.Count(), 0U);
-    manager.Load(folder.Path(), "*.zpm");
+    manager.Load(folder.PathOf("$HOME"), "*.zpm");
     EXPECT_THAT(NamesOf(manager), ElementsAre("beta"));
 }
 
