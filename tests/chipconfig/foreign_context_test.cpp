@@ -81,4 +81,41 @@ TEST_F(CChipConfigForeignContext, that_is_null_finds_by_the_empty_key)
     EXPECT_EQ(UidOf(mChip.Element(100U, CNullContext::Ref())), 50);
 }
 
+/// Notes the layers that are asked for, also those asked of its clones.
+class LayerNotingContext : public MapContext
+{
+public:
+    LayerNotingContext(const std::string & tags, Texts & layers)
+        : MapContext(tags)
+        , mLayers(layers)
+    {}
+    using MapContext::SetTag;
+    void SetTag(const std::string & key, int value) override
+    {
+        LayerNotingContext::SetTag(key, std::to_string(value));
+    }
+    void SetTag(const std::string & key, const std::string & value) override
+    {
+        EXPECT_EQ(key, "layernumber");
+        mLayers.push_back(value);
+        MapContext::SetTag(key, value);
+    }
+    IConfigContext * Clone() override { return new LayerNotingContext(*this); }
+
+private:
+    Texts & mLayers;
+};
+
+TEST_F(CChipConfigForeignContext, is_asked_for_each_layer_down_to_the_answer)
+{
+    Texts layers;
+    LayerNotingContext context("chip=c;subsystemtype=1;layerfilter=5", layers);
+    EXPECT_EQ(UidOf(mChip.Element(101U, context)), 2);
+    EXPECT_EQ(layers, (Texts{ "5", "4", "3", "2" }));
+
+    layers.clear();
+    EXPECT_EQ(UidOf(mChip.Element("none", context)), NULL_ELEMENT);
+    EXPECT_EQ(layers, (Texts{ "5", "4", "3", "2", "1" }));
+}
+
 }   // namespace

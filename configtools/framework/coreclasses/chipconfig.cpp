@@ -95,8 +95,6 @@ const CElement & Topmost(const CSearchPath & path, LookUpT lookUp)
 template <typename FindT, typename LookUpT>
 const CElement & Topmost(const CSearchPath & path, FindT find, LookUpT lookUp)
 {
-    if (CTheMsgHnd::DebugActivated())
-        return Topmost(path, lookUp);   // each step shows in the trace
     for (std::size_t at = 0; at < path.mLength; ++at) {
         const CElementIndex & index = *path.mIndexes[at];
         if (!index.IsExact())
@@ -213,14 +211,17 @@ const CElement & CChipConfig::GetElement(
 {
     ZYN_SENTRY("VrexZynConfigTools::CChipConfig::GetElement");
 
-    CSearchPath room;
-    const CSearchPath & path = SearchPath(context, room);
-    if (name == nullptr || name->empty()) {
+    const bool isByName = name != nullptr && !name->empty();
+    const auto lookUp = [=](CSubsystemConfig & subsystem) -> CElement & {
+        return isByName ? subsystem.Element(*name) : subsystem.Element(id);
+    };
+    CContextFacts * facts = CContextFacts::Of(context);
+    if (facts == nullptr)
+        return TopmostSelected(context, lookUp);
+    const CSearchPath & path = SearchPath(*facts, context);
+    if (!isByName)
         return Topmost(
-            path, [id](const CElementIndex & index) { return index.LastWithId(id); },
-            [id](CSubsystemConfig & subsystem) -> CElement & { return subsystem.Element(id); });
-    }
-    const auto lookUp = [name](CSubsystemConfig & subsystem) -> CElement & { return subsystem.Element(*name); };
+            path, [id](const CElementIndex & index) { return index.LastWithId(id); }, lookUp);
     const CElementIndex::NameKey key = CElementIndex::KeyOf(*name);
     if (!key.mIsPlainText)
         return Topmost(path, lookUp);
@@ -228,27 +229,42 @@ const CElement & CChipConfig::GetElement(
         path, [&key](const CElementIndex & index) { return index.FirstPlainNamed(key); }, lookUp);
 }
 
-const CSearchPath & CChipConfig::SearchPath(IConfigContext & context, CSearchPath & room) const
+// The literal lookup: a context of a foreign class is asked for one layer after the other, down to the answer.
+template <typename LookUpT>
+const CElement & CChipConfig::TopmostSelected(IConfigContext & context, LookUpT lookUp) const
 {
-    CContextFacts * facts = CContextFacts::Of(context);
-    if (facts == nullptr) {
-        SelectSubsystems(context, room);
-        return room;
-    }
-    if (const CSearchPath * known = facts->SearchPath(mStamp))
-        return *known;
-    SelectSubsystems(context, room);
-    return facts->KeepSearchPath(room, mStamp);
+    const CElement * element = &CNullElement::Ref();
+    VisitSelected(context, [&](CSubsystemConfig & subsystem) {
+        element = &lookUp(subsystem);
+        return element->IsValid();
+    });
+    return *element;
 }
 
-void CChipConfig::SelectSubsystems(IConfigContext & context, CSearchPath & path) const
+const CSearchPath & CChipConfig::SearchPath(CContextFacts & facts, IConfigContext & context) const
 {
-    ZYN_SENTRY("VrexZynConfigTools::CChipConfig::SelectSubsystems");
+    if (const CSearchPath * known = facts.SearchPath(mStamp))
+        return *known;
+    CSearchPath path;
+    VisitSelected(context, [&path](CSubsystemConfig & subsystem) {
+        path.mSubsystems[path.mLength] = &subsystem;
+        path.mIndexes[path.mLength] = subsystem.mIndex.get();
+        ++path.mLength;
+        return false;
+    });
+    return facts.KeepSearchPath(path, mStamp);
+}
 
-    path.mLength = 0;
+// Calls `visit` with each subsystem that the context selects, topmost layer first, until it is true.
+template <typename VisitT>
+void CChipConfig::VisitSelected(IConfigContext & context, VisitT visit) const
+{
+    ZYN_SENTRY("VrexZynConfigTools::CChipConfig::VisitSelected");
+
     const std::string filter = context.GetTag(keywords::TAG_LAYER_FILTER);
     if (filter.empty()) {
-        AddToPath(path, context);
+        if (CSubsystemConfig * subsystem = SubsystemOfLayer(context))
+            visit(*subsystem);
         return;
     }
     // The sign doesn't count here, intended, though a filtered read honours it.
@@ -259,20 +275,17 @@ void CChipConfig::SelectSubsystems(IConfigContext & context, CSearchPath & path)
     }
     const int lowest = context.TagMatches(keywords::TAG_LAYER_NUMBER, 0) ? 0 : 1;
     const std::unique_ptr<IConfigContext> copy(context.Clone());
-    for (; copy != nullptr && layer >= lowest; --layer) {
+    for (bool isDone = copy == nullptr; !isDone && layer >= lowest; --layer) {
         copy->SetTag(keywords::TAG_LAYER_NUMBER, layer);
-        AddToPath(path, *copy);
+        CSubsystemConfig * subsystem = SubsystemOfLayer(*copy);
+        isDone = subsystem != nullptr && visit(*subsystem);
     }
 }
 
-void CChipConfig::AddToPath(CSearchPath & path, IConfigContext & context) const
+CSubsystemConfig * CChipConfig::SubsystemOfLayer(IConfigContext & context) const
 {
     const auto found = mSubsystems.find(context.GetTag(keywords::TAG_SUBSYSTEM_KEY_BY_LAYER));
-    if (found == mSubsystems.end())
-        return;
-    path.mSubsystems[path.mLength] = found->second;
-    path.mIndexes[path.mLength] = found->second->mIndex.get();
-    ++path.mLength;
+    return found != mSubsystems.end() ? found->second : nullptr;
 }
 
 const std::map<std::string, CSubsystemConfig *> & CChipConfig::Subsystems() const

@@ -18,6 +18,7 @@
 
 namespace VrexZynConfigTools {
 
+class CContextFacts;
 class CSubsystemConfig;
 class CWinnerLedger;
 struct CSearchPath;
@@ -117,9 +118,12 @@ private:
     friend class CSubsystemConfig;
     static CSubsystemConfig & DiscardingSubsystem();
     CSubsystemConfig * FindSubsystem(IConfigContext & context);
-    const CSearchPath & SearchPath(IConfigContext & context, CSearchPath & room) const;
-    void SelectSubsystems(IConfigContext & context, CSearchPath & path) const;
-    void AddToPath(CSearchPath & path, IConfigContext & context) const;
+    template <typename LookUpT>
+    const CElement & TopmostSelected(IConfigContext & context, LookUpT lookUp) const;
+    template <typename VisitT>
+    void VisitSelected(IConfigContext & context, VisitT visit) const;
+    const CSearchPath & SearchPath(CContextFacts & facts, IConfigContext & context) const;
+    CSubsystemConfig * SubsystemOfLayer(IConfigContext & context) const;
     void SyncStoresFromCaller(IConfigReader & reader, IConfigContext & context);
     void OrderStoresByDevice();
     bool AssignLayers();
