@@ -119,8 +119,9 @@ private:
 
 bool BeginsAsName(const std::string & text)
 {
-    const char first = text.empty() ? '0' : static_cast<char>(text.front() | 0x20);
-    return (first >= 'a' && first <= 'z') || text.front() == '_';
+    const char first = text.empty() ? '0' : text.front();
+    const char letter = static_cast<char>(first | 0x20);
+    return (letter >= 'a' && letter <= 'z') || first == '_';
 }
 
 }   // namespace
