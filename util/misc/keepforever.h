@@ -6,7 +6,7 @@
 namespace VrexZynConfigTools {
 
 /// Keeps `pointer` in a list that is made on first use and never destroyed. Null is kept too, to no effect. Without
-/// memory for the list's entry the pointer is lost, as if this had not been called.
+/// memory some spare places serve; when those are used up the pointer is lost, as if this had not been called.
 void KeepForEver(const void * pointer) noexcept;
 
 }   // namespace VrexZynConfigTools
