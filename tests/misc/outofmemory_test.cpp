@@ -40,6 +40,8 @@ TEST(OutOfMemory, leaves_a_plug_in_manager_with_whole_records)
     folder.With("alpha").With("twin", "twin1.zpm").With("other_twin", "twin2.zpm").With("wrong_signature");
     const std::string path = folder.Path();
     CPluginManager manager("GetPlugInName", "GetPlugInSignature", "ZynConfigTool");
+    ModuleFolder first;   // brings the libraries of the modules, whose static objects can't do without memory
+    manager.Load(first.With("alpha").Path(), "*.zpm");
     const auto failures = FailEachAllocation([&] { manager.Load(path, "*.zpm"); },
         [&] {
             Names names;
