@@ -177,6 +177,20 @@ TEST_F(TargetFile, stays_as_it_was_if_a_key_cannot_be_told)
     EXPECT_THAT(mFolder.Names(), ElementsAre("out.toml"));
 }
 
+TEST_F(TargetFile, stays_as_it_was_if_a_key_could_not_be_told_and_somebody_clears_the_error)
+{
+    PutContent(Out(), OLD);
+    const auto writer = MakeWriter(Out());
+    CZynContext context;
+    writer->StartWrite(context);
+    writer->StartElement(context);   // outside of a subsystem
+    EXPECT_TRUE(mErrors.IsSet());
+    mErrors.Clear();
+    writer->EndWrite(context);
+    EXPECT_EQ(ContentOf(Out()), OLD);
+    EXPECT_THAT(mFolder.Names(), ElementsAre("out.toml"));
+}
+
 TEST_F(TargetFile, needs_a_folder)
 {
     EXPECT_EQ(Write(mFolder / "none/out.toml"),
