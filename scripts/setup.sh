@@ -23,6 +23,7 @@ finish() {
     fi
 }
 trap finish EXIT
+trap 'exit 143' HUP INT TERM   # or a script that is ended from outside would call that OK
 
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
