@@ -179,9 +179,9 @@ private:
     static const Way BY_NAME;
 
     CCandidates Chain(const Way & way, std::uint32_t key) const;
-    void Link(const Way & way, std::uint32_t entry) noexcept;
-    void Unlink(const Way & way, std::uint32_t entry) noexcept;
-    void InsertInOrder(const Way & way, std::uint32_t tail, std::uint32_t entry) noexcept;
+    void Link(const Way & way, std::uint32_t at) noexcept;
+    void Unlink(const Way & way, std::uint32_t at) noexcept;
+    void InsertInOrder(const Way & way, std::uint32_t tail, std::uint32_t at) noexcept;
     CElement * Answer(const Way & way, std::uint32_t tail) const noexcept;
     std::uint32_t EntryAt(Position position) const noexcept;
     static Description Describe(CElement & element) noexcept;

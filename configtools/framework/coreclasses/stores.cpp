@@ -244,7 +244,7 @@ bool CChunkCollection::Exists(std::uint16_t id) const
     bool result = false;
     ZYN_SENTRY_RESULT("VrexZynConfigTools::CChunkCollection::Exists", result);
 
-    return result = mIndex.count(id) != 0;
+    return result = mIndex.contains(id);
 }
 
 std::uint16_t CChunkCollection::Size() const
