@@ -94,4 +94,108 @@ std::string CSubsystemInfo::GetSubsystemType(SubSystemTypeEnum type)
     return result;
 }
 
+CChipInfo::CChipInfo(const std::string & chipName, const std::string & chipId, const std::string & romName,
+    const std::string & romVersion, const std::string & efuseHash, const std::string & systemVersionLabel,
+    const std::string & systemDescription, const std::string & systemVersion, const std::string & buildDate)
+    : mChipName(chipName)
+    , mChipId(chipId)
+    , mRomName(romName)
+    , mRomVersion(romVersion)
+    , mEfuseHash(efuseHash)
+    , mSystemVersionLabel(systemVersionLabel)
+    , mSystemDescription(systemDescription)
+    , mSystemVersion(systemVersion)
+    , mBuildDate(buildDate)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CChipInfo::CChipInfo");
+}
+
+const std::string CChipInfo::ChipName() const
+{
+    return mChipName;
+}
+
+const std::string CChipInfo::ChipId() const
+{
+    return mChipId;
+}
+
+const std::string CChipInfo::RomName() const
+{
+    return mRomName;
+}
+
+const std::string CChipInfo::RomVersion() const
+{
+    return mRomVersion;
+}
+
+const std::string CChipInfo::EfuseHash() const
+{
+    return mEfuseHash;
+}
+
+const std::string CChipInfo::SystemVersionLabel() const
+{
+    return mSystemVersionLabel;
+}
+
+const std::string CChipInfo::SystemDescription() const
+{
+    return mSystemDescription;
+}
+
+const std::string CChipInfo::SystemVersion() const
+{
+    return mSystemVersion;
+}
+
+const std::string CChipInfo::BuildDate() const
+{
+    return mBuildDate;
+}
+
+CBaseMetadataProvider::CBaseMetadataProvider(const std::string & source)
+    : mSource(source)
+    , mObserver(nullptr)
+    , mElementObserver(nullptr)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CBaseMetadataProvider::CBaseMetadataProvider");
+}
+
+CBaseMetadataProvider::CBaseMetadataProvider(const CBaseMetadataProvider & other) = default;
+CBaseMetadataProvider::CBaseMetadataProvider(CBaseMetadataProvider && other) noexcept = default;
+CBaseMetadataProvider & CBaseMetadataProvider::operator=(const CBaseMetadataProvider & other) = default;
+CBaseMetadataProvider & CBaseMetadataProvider::operator=(CBaseMetadataProvider && other) noexcept = default;
+CBaseMetadataProvider::~CBaseMetadataProvider() = default;
+
+bool CBaseMetadataProvider::Check()
+{
+    return true;
+}
+
+void CBaseMetadataProvider::Refresh()
+{
+    // There is nothing to look at anew here.
+}
+
+void CBaseMetadataProvider::SetObserver(IConfigReaderObserver & observer)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CBaseMetadataProvider::SetObserver");
+
+    mObserver = &observer;
+}
+
+void CBaseMetadataProvider::SetElementObserver(IConfigReaderElementObserver & observer)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CBaseMetadataProvider::SetElementObserver");
+
+    mElementObserver = &observer;
+}
+
+void CBaseMetadataProvider::SetMetadataProvider(IMetadataProvider & /*provider*/)
+{
+    // The object is its own provider.
+}
+
 }   // namespace VrexZynConfigTools
