@@ -1,9 +1,9 @@
 #include <configtools/readerwriterfactory.h>
 
-#include <configtools/plugin.h>
+#include "pluginentry.h"
+#include <configtools/keywords.h>
 #include <configtools/readerwriter.h>
 #include <configtools/stores.h>
-#include <misc/pluginmanager.h>
 
 #include <messages/trace.h>
 
@@ -13,34 +13,10 @@ namespace {
 
 constexpr GroupEnum MESSAGE_GROUP = GROUP_FRAMEWORK;
 
-constexpr char NAME_FUNCTION[] = "GetPlugInName";
-constexpr char SIGNATURE_FUNCTION[] = "GetPlugInSignature";
-constexpr char FILE_PATTERN[] = "*.zpm";
-
-/// Asks the named module's creator for an object; null if there is none. Plug-in code was built by others: what it
-/// throws counts as null.
-template <typename T>
-T * Create(plugin::CPluginManager & manager, const char * creatorName, const std::string & plugInName,
-    const std::string & argument, void * pointer)
-{
-    if (manager.Count() == 0)
-        return nullptr;
-    const plugin::Module * const module = manager.GetModule(plugInName);
-    const auto entryPoint =
-        module != nullptr ? platform::FindEntryPoint(module->mHandle, creatorName) : nullptr;
-    if (entryPoint == nullptr)
-        return nullptr;
-    try {
-        return reinterpret_cast<T * (*)(const std::string &, void *)>(entryPoint)(argument, pointer);
-    } catch (...) {
-        return nullptr;
-    }
-}
-
 }   // namespace
 
 CReaderWriterFactory::CReaderWriterFactory()
-    : mPluginManager(new plugin::CPluginManager(NAME_FUNCTION, SIGNATURE_FUNCTION, PLUGIN_SIGNATURE))
+    : mPluginManager(NewPluginManager())
     , mLoaded(false)
 {
     ZYN_SENTRY("VrexZynConfigTools::CReaderWriterFactory::CReaderWriterFactory");
@@ -58,10 +34,10 @@ void CReaderWriterFactory::Load(const std::string & directory)
 
     if (mLoaded)
         return;
-    mLoaded =
-        true;   // whatever is found, intended; and a module that calls back from its entry points finds it so
+    // Whatever is found, intended; and a module that calls back from its entry points finds it so.
+    mLoaded = true;
     try {
-        mPluginManager->Load(directory, FILE_PATTERN);
+        mPluginManager->Load(directory, keywords::PLUGIN_FILE_PATTERN);
     } catch (...) {
         mLoaded = false;
         throw;
@@ -79,21 +55,24 @@ IConfigReader * CReaderWriterFactory::CreateReader(
     const std::string & plugInName, const std::string & argument, void * pointer)
 {
     ZYN_SENTRY("VrexZynConfigTools::CReaderWriterFactory::CreateReader");
-    return Create<IConfigReader>(*mPluginManager, "CreateConfigReader", plugInName, argument, pointer);
+    return CreateByPlugIn<IConfigReader, const std::string &, void *>(
+        *mPluginManager, "CreateConfigReader", plugInName, argument, pointer);
 }
 
 IConfigWriter * CReaderWriterFactory::CreateWriter(
     const std::string & plugInName, const std::string & argument, void * pointer)
 {
     ZYN_SENTRY("VrexZynConfigTools::CReaderWriterFactory::CreateWriter");
-    return Create<IConfigWriter>(*mPluginManager, "CreateConfigWriter", plugInName, argument, pointer);
+    return CreateByPlugIn<IConfigWriter, const std::string &, void *>(
+        *mPluginManager, "CreateConfigWriter", plugInName, argument, pointer);
 }
 
 IStoreManager * CReaderWriterFactory::CreateStoreManager(
     const std::string & plugInName, const std::string & argument, void * pointer)
 {
     ZYN_SENTRY("VrexZynConfigTools::CReaderWriterFactory::CreateStoreManager");
-    return Create<IStoreManager>(*mPluginManager, "CreateStoreManager", plugInName, argument, pointer);
+    return CreateByPlugIn<IStoreManager, const std::string &, void *>(
+        *mPluginManager, "CreateStoreManager", plugInName, argument, pointer);
 }
 
 bool CReaderWriterFactory::Exists(const std::string & plugInName)

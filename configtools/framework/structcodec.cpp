@@ -1,0 +1,222 @@
+#include <configtools/structcodec.h>
+
+#include "structcodec_walk.h"
+#include <configtools/keywords.h>
+#include <configtools/metadata.h>
+#include <configtools/readerwriter.h>
+#include <messages/trace.h>
+#include <misc/keepforever.h>
+#include <misc/stringutil.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <new>
+#include <string_view>
+
+namespace VrexZynConfigTools {
+
+static_assert(
+    std::endian::native == std::endian::little, "the words are packed in the order of the host's bytes");
+
+namespace {
+
+constexpr GroupEnum MESSAGE_GROUP = GROUP_FRAMEWORK;
+constexpr std::uint32_t DECISIONS = 3;
+
+/// More than any device holds; what is larger comes from metadata that is wrong.
+constexpr std::uint64_t MAX_STRUCT_BITS = std::uint64_t{ 1 } << 27;
+
+struct IntegerType
+{
+    std::string_view mKeyword;
+    std::uint32_t mBits;
+};
+constexpr std::array INTEGER_TYPES = { IntegerType{ keywords::TYPE_UINT8, 8 },
+    IntegerType{ keywords::TYPE_INT8, 8 }, IntegerType{ keywords::TYPE_UINT16, 16 },
+    IntegerType{ keywords::TYPE_INT16, 16 }, IntegerType{ keywords::TYPE_UINT32, 32 },
+    IntegerType{ keywords::TYPE_INT32, 32 }, IntegerType{ keywords::TYPE_UINT64, 64 },
+    IntegerType{ keywords::TYPE_INT64, 64 } };
+
+/// Indexed by the number of bytes that a field needs, less one.
+using TypesByBytes = std::array<const char *, 8>;
+constexpr TypesByBytes SIGNED_TYPES = { keywords::TYPE_INT8, keywords::TYPE_INT16, keywords::TYPE_INT32,
+    keywords::TYPE_INT32, keywords::TYPE_INT64, keywords::TYPE_INT64, keywords::TYPE_INT64,
+    keywords::TYPE_INT64 };
+constexpr TypesByBytes UNSIGNED_TYPES = { keywords::TYPE_UINT8, keywords::TYPE_UINT16, keywords::TYPE_UINT32,
+    keywords::TYPE_UINT32, keywords::TYPE_UINT64, keywords::TYPE_UINT64, keywords::TYPE_UINT64,
+    keywords::TYPE_UINT64 };
+
+/// In a struct that isn't little-endian a wide plain field's position names its last word; the others lie below.
+bool LiesBelowItsPosition(const CStructField & field, bool littleEndian)
+{
+    const IMetadata * const metadata = field.Metadata();
+    return !littleEndian && field.ElemBitWidth() >= 17 && field.ElemBitWidth() <= 64 && metadata != nullptr &&
+           metadata->MetadataType() == METADATA_SIMPLE && !metadata->IsArray();
+}
+
+}   // namespace
+
+namespace structcodec {
+
+void SetLayoutError(const std::string & text)
+{
+    ZYN_HANDLER("VrexZynConfigTools::CStructCodec").SetErrorMsg(0, text);
+}
+
+const IMetadata * RecordOf(const CStructField & field)
+{
+    if (field.Metadata() == nullptr)
+        SetLayoutError("a struct field has no metadata");
+    return field.Metadata();
+}
+
+CMetadataDetailStruct * NestedLayout(const IMetadata & metadata)
+{
+    auto * const layout = dynamic_cast<CMetadataDetailStruct *>(metadata.Details());
+    if (layout == nullptr)
+        SetLayoutError("the struct field " + metadata.Name() + " has no fields of its own in the metadata");
+    return layout;
+}
+
+}   // namespace structcodec
+
+CStructCodec::CStructCodec()
+    : mpWords(nullptr)
+    , mNumWords(0)
+    , mBitSize(0)
+    , mNumOctets(0)
+    , mOctetsInBin(false)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CStructCodec::CStructCodec");
+}
+
+CStructCodec::CStructCodec(const CStructCodec & other) = default;
+
+CStructCodec & CStructCodec::operator=(const CStructCodec & other)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CStructCodec::operator=");
+
+    if (mpWords != other.mpWords)
+        KeepForEver(mpWords);   // lost, intended: another copy may share it
+    mpWords = other.mpWords;
+    mNumWords = other.mNumWords;
+    mBitSize = other.mBitSize;
+    mNumOctets = other.mNumOctets;
+    mOctetsInBin = other.mOctetsInBin;
+    return *this;
+}
+
+CStructCodec::~CStructCodec()
+{
+    ZYN_SENTRY("VrexZynConfigTools::CStructCodec::~CStructCodec");
+
+    CleanUp();
+}
+
+bool CStructCodec::Write(IConfigWriter & writer, IConfigContext & context)
+{
+    bool result = true;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CStructCodec::Write", result);
+
+    if (mOctetsInBin) {
+        const std::string octets =
+            mNumOctets != 0 ? std::string(reinterpret_cast<const char *>(mpWords), mNumOctets) : std::string();
+        CStringPayload payload(octets, true);
+        writer.WritePayload(payload, context);
+        return result = !ZYN_HANDLER(zynFunction).IsErrorSet(GROUP_FRAMEWORK, true);
+    }
+    for (std::uint64_t index = 0; index < mNumWords && result; ++index) {
+        CUint16Payload payload(mpWords[index]);
+        writer.WritePayload(payload, context);
+        result = !ZYN_HANDLER(zynFunction).IsErrorSet(GROUP_FRAMEWORK, true);
+    }
+    return result;
+}
+
+std::string CStructCodec::GetIntTypeFromBitWidth(const std::string & bitWidth, bool isUnsigned)
+{
+    std::string result;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CStructCodec::GetIntTypeFromBitWidth", result);
+
+    const int bits = stringutil::DecimalToInt(bitWidth);
+    if (bits < 1 || bits > 64) {
+        ZYN_TRACE(DECISIONS, "Unable to return the correct integer type. bitWidth = %d", bits);
+        return result;
+    }
+    const TypesByBytes & types = isUnsigned ? UNSIGNED_TYPES : SIGNED_TYPES;
+    result = types[static_cast<std::size_t>(bits - 1) / 8];
+    return result;
+}
+
+std::uint32_t CStructCodec::BitsForInternalType(const std::string & type)
+{
+    const auto found = std::find_if(INTEGER_TYPES.begin(), INTEGER_TYPES.end(),
+        [&type](const IntegerType & entry) { return entry.mKeyword == type; });
+    return found != INTEGER_TYPES.end() ? found->mBits : 0;
+}
+
+bool CStructCodec::Allocate(CMetadataDetailStruct & detail)
+{
+    CleanUp();
+    mOctetsInBin = detail.IsOctetsInBin();
+    const std::uint64_t bits = GetStructSizeInBits(detail);
+    const std::uint64_t words = (bits + BITS_IN_UINT16 - 1) / BITS_IN_UINT16;
+    if (bits > MAX_STRUCT_BITS) {
+        structcodec::SetLayoutError("the metadata describes a struct of " + std::to_string(bits) +
+                                    " bits, more than the " + std::to_string(MAX_STRUCT_BITS) +
+                                    " that one can have");
+        return false;
+    }
+    if (words == 0)
+        return true;
+    mpWords = new (std::nothrow) std::uint16_t[words]();
+    if (mpWords == nullptr) {
+        structcodec::SetLayoutError("no memory for a struct of " + std::to_string(bits) + " bits");
+        return false;
+    }
+    mBitSize = bits;
+    mNumOctets = (bits + 7) / 8;
+    mNumWords = words;
+    return true;
+}
+
+std::uint64_t CStructCodec::GetStructSizeInBits(CMetadataDetailStruct & detail)
+{
+    std::uint64_t size = 0;
+    for (const CStructField * const field : *detail.GetStructFields()) {
+        const std::int64_t width = LiesBelowItsPosition(*field, detail.IsLittleEndian())
+                                       ? int{ BITS_IN_UINT16 }
+                                       : field->ElemBitWidth();
+        // Compared as unsigned numbers, intended: a field that ends below 0 makes a struct that is far too large.
+        size = std::max(size, static_cast<std::uint64_t>(field->ElemLsbBitPos() + width));
+    }
+    return size;
+}
+
+void CStructCodec::CleanUp()
+{
+    delete[] mpWords;
+    mpWords = nullptr;
+    mNumWords = 0;
+    mBitSize = 0;
+    mNumOctets = 0;
+}
+
+std::uint16_t CStructCodec::Word(std::uint64_t index) const
+{
+    return index < mNumWords ? mpWords[index] : std::uint16_t{ 0 };
+}
+
+void CStructCodec::SetWord(std::uint64_t index, std::uint16_t value)
+{
+    if (index < mNumWords)
+        mpWords[index] = value;
+}
+
+void CStructCodec::MergeIntoWord(std::uint64_t index, std::uint64_t value)
+{
+    SetWord(index, static_cast<std::uint16_t>(Word(index) | value));
+}
+
+}   // namespace VrexZynConfigTools

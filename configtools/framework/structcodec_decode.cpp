@@ -1,0 +1,280 @@
+// How `CStructCodec` unpacks words into payloads. The rules for packing differ; the device format is so.
+
+#include <configtools/structcodec.h>
+
+#include "elements/payloadlist.h"
+#include "structcodec_walk.h"
+#include <configtools/elements.h>
+#include <configtools/keywords.h>
+#include <configtools/metadata.h>
+#include <configtools/readerwriter.h>
+#include <messages/trace.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+namespace VrexZynConfigTools {
+
+namespace {
+
+constexpr GroupEnum MESSAGE_GROUP = GROUP_FRAMEWORK;
+constexpr std::uint32_t DECISIONS = 3;
+
+/// As many as the smallest array items that the largest struct has room for.
+constexpr std::uint32_t MAX_PAYLOADS = 1U << 24;
+
+CComplexPayload & AddComplex(CComplexPayload & owner)
+{
+    auto complex = std::make_unique<CComplexPayload>(PAYLOAD_COMPLEX);
+    CComplexPayload & result = *complex;
+    owner.AddField(complex.release());
+    return result;
+}
+
+std::string OctetCountText(std::uint64_t expected, std::uint64_t found, CComplexPayload * out)
+{
+    std::string text = "reading data from binary - expected " + std::to_string(expected) + " octets, found " +
+                       std::to_string(found);
+    const IMetadata * const metadata = out != nullptr ? out->Metadata() : nullptr;
+    if (metadata != nullptr && metadata->PsId() != 0)
+        text += " for psid=" + std::to_string(metadata->PsId());
+    return text;
+}
+
+/// All bits above the field become copies of its sign bit, in the one format that has a sign.
+std::uint64_t ExtendSign(std::uint64_t value, std::uint32_t size, const IMetadata & metadata)
+{
+    const bool isSigned = size > 1 && size < 64 && metadata.Format() == keywords::FORMAT_SIGNED_DECIMAL;
+    if (isSigned && (value >> (size - 1) & 1) != 0)
+        value |= ~std::uint64_t{ 0 } << size;
+    return value;
+}
+
+/// The type of a number: the record's own if it has a width, else the smallest that the field fits into.
+std::string TypeOfField(const IMetadata & metadata, std::uint32_t size)
+{
+    const std::string type = metadata.InternalType();
+    if (CStructCodec::BitsForInternalType(type) != 0)
+        return type;
+    const std::string format = metadata.Format();
+    const bool isUnsigned =
+        format == keywords::FORMAT_UNSIGNED_DECIMAL || format == keywords::FORMAT_HEXADECIMAL;
+    const std::string fitting = CStructCodec::GetIntTypeFromBitWidth(std::to_string(size), isUnsigned);
+    return fitting.empty() ? type : fitting;
+}
+
+/// The payload that an element of the library makes of a value, with the record attached.
+std::unique_ptr<IPayload> TakePayload(CElement & element, const IMetadata & metadata)
+{
+    element.Use(metadata);
+    const std::vector<IPayload *> payloads = element.TransferPayload();
+    return std::unique_ptr<IPayload>(payloads.empty() ? nullptr : payloads.front());
+}
+
+std::unique_ptr<IPayload> NewEnumPayload(const IMetadata & metadata, std::uint64_t value)
+{
+    const auto * const enumerators = dynamic_cast<const CMetadataDetailEnum *>(metadata.Details());
+    if (enumerators == nullptr)
+        structcodec::SetLayoutError(
+            "the enum field " + metadata.Name() + " has no enumerators in the metadata");
+    const auto number = static_cast<std::int32_t>(value);
+    CElementEnum element(metadata.PsId(), metadata.Name(), true);
+    // A number without a name gets the empty name and is no error here, whatever checks are on; intended.
+    element.AddEnum(enumerators != nullptr ? enumerators->EnumName(number) : std::string(), number);
+    return TakePayload(element, metadata);
+}
+
+std::unique_ptr<IPayload> NewNumericPayload(const IMetadata & metadata, std::uint32_t size, std::uint64_t value)
+{
+    NumericVariable number;
+    number.mUint64 = value;
+    CElementNumericArray element(TypeOfField(metadata, size), 0, "", true);
+    element.SetValue(std::vector<NumericVariable>{ number });
+    std::unique_ptr<IPayload> payload = TakePayload(element, metadata);
+    if (payload == nullptr) {   // a type without a width: a zero keeps payloads and fields in step
+        payload = std::make_unique<CInt64Payload>(0);
+        payloadlist::HandOn(payload.get(), &metadata);
+    }
+    return payload;
+}
+
+}   // namespace
+
+bool CStructCodec::Decode(
+    IElementFactorySource & source, CMetadataDetailStruct & detail, CComplexPayload * out, bool & more)
+{
+    bool result = false;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CStructCodec::Decode", result);
+
+    mWalk = {};
+    const bool isAllocated = Allocate(detail);
+    more = isAllocated && (mOctetsInBin ? ReadOctets(source, out) : ReadWords(source));
+    if (ZYN_HANDLER(zynFunction).IsErrorSet(GROUP_FRAMEWORK, true))
+        return result = false;
+    if (out != nullptr)
+        DoDecode(0, detail, out);
+    return result = true;   // what unpacking itself reports is not looked at, intended
+}
+
+bool CStructCodec::ReadWords(IElementFactorySource & source)
+{
+    bool more = true;
+    std::uint64_t value = 0;   // once, not per word, intended
+    for (std::uint64_t index = 0; index < mNumWords && more; ++index) {
+        more = source.NextInt(keywords::TYPE_UINT16, value, nullptr);
+        if (ZYN_HANDLER("VrexZynConfigTools::CStructCodec::Decode").IsErrorSet(GROUP_OUTER_READER, true))
+            more = false;
+        else
+            mpWords[index] = static_cast<std::uint16_t>(value);
+    }
+    return more;
+}
+
+bool CStructCodec::ReadOctets(IElementFactorySource & source, CComplexPayload * out)
+{
+    std::string octets;
+    const bool more = source.NextString(octets, nullptr);
+    const std::uint64_t count = std::min<std::uint64_t>(mNumOctets, octets.size());
+    if (count != 0)
+        std::memcpy(mpWords, octets.data(), count);
+    if (octets.size() != mNumOctets) {
+        // A status and no error: missing octets are 0 and the surplus is dropped.
+        const std::string text = OctetCountText(mNumOctets, octets.size(), out);
+        CMessageHandler & handler = ZYN_HANDLER("VrexZynConfigTools::CStructCodec::Decode");
+        ZYN_TRACE_IN("VrexZynConfigTools::CStructCodec::Decode", DECISIONS, "%s", text.c_str());
+        if (!handler.IsErrorSet(GROUP_FRAMEWORK, true))
+            handler.NotifyStatus(STATUS_WARNING, text);
+    }
+    return more;
+}
+
+void CStructCodec::DoDecode(std::uint32_t base, CMetadataDetailStruct & detail, CComplexPayload * out)
+{
+    const Level level(mWalk);
+    if (level.IsTooDeep())
+        return structcodec::SetLayoutError("the metadata nests structs too deep");
+
+    for (const CStructField * const field : *detail.GetStructFields()) {
+        const std::uint32_t position = base + static_cast<std::uint32_t>(field->ElemLsbBitPos());
+        const IMetadata * const metadata = structcodec::RecordOf(*field);
+        if (!CountPayload())
+            return;
+        if (metadata == nullptr)
+            out->AddField(new CInt64Payload(0));   // payloads and fields stay in step
+        else if (metadata->MetadataType() == METADATA_STRUCT)
+            DecodeStructField(position, *field, *out);
+        else if (metadata->IsArray())
+            DecodeArrayField(position, *field, *out, detail.IsLittleEndian());
+        else if (field->ElemBitWidth() > 64)
+            DecodeWideField(position, *field, *out);
+        else
+            DecodeField(position, static_cast<std::uint32_t>(std::max(field->ElemBitWidth(), 0)), field, *out,
+                detail.IsLittleEndian());
+    }
+}
+
+void CStructCodec::DecodeStructField(std::uint32_t position, const CStructField & field, CComplexPayload & out)
+{
+    CComplexPayload & complex = AddComplex(out);
+    auto * const layout = structcodec::NestedLayout(*field.Metadata());
+    if (layout == nullptr)
+        return;
+    if (!field.Metadata()->IsArray())
+        return DoDecode(position, *layout, &complex);
+    const std::uint64_t stride = GetStructSizeInBits(*layout);
+    if (stride == 0)
+        return structcodec::SetLayoutError(
+            "the structs of the array " + field.Metadata()->Name() + " have no size in the metadata");
+    const auto width = static_cast<std::uint64_t>(std::max(field.ElemBitWidth(), 0));
+    for (std::uint64_t count = width / stride; count > 0 && CountPayload(); --count) {
+        DoDecode(position, *layout, &AddComplex(complex));
+        position += static_cast<std::uint32_t>(stride);
+    }
+}
+
+void CStructCodec::DecodeWideField(std::uint32_t position, const CStructField & field, CComplexPayload & out)
+{
+    CComplexPayload & complex = AddComplex(out);
+    payloadlist::HandOn(complex, field.Metadata());
+    // Upward in every case, and the bits of a last, partial word are dropped; both intended.
+    const auto width = static_cast<std::uint32_t>(field.ElemBitWidth());
+    std::uint64_t index = position / BITS_IN_UINT16;
+    for (std::uint32_t count = width / BITS_IN_UINT16; count > 0 && CountPayload(); --count)
+        complex.AddField(new CUint16Payload(Word(index++)));
+}
+
+void CStructCodec::DecodeArrayField(
+    std::uint32_t position, const CStructField & field, CComplexPayload & out, bool littleEndian)
+{
+    CComplexPayload & complex = AddComplex(out);
+    payloadlist::HandOn(complex, field.Metadata());
+    const std::uint32_t bits = BitsForInternalType(field.Metadata()->InternalType());
+    if (bits == 0 || field.ElemBitWidth() <= 0)
+        return;   // no items
+    const auto width = static_cast<std::uint32_t>(field.ElemBitWidth());
+    for (std::uint32_t count = (width - 1 + bits) / bits; count > 0 && CountPayload(); --count) {
+        complex.AddField(NewArrayItem(position, bits, littleEndian));
+        position += bits;
+    }
+}
+
+IPayload * CStructCodec::NewArrayItem(std::uint32_t position, std::uint32_t bits, bool littleEndian) const
+{
+    // Unsigned whatever the item's type says, and 32 bits of an item of 64; both intended.
+    const std::uint64_t index = position / BITS_IN_UINT16;
+    const std::uint32_t bit = position % BITS_IN_UINT16;
+    if (bits < BITS_IN_UINT16)
+        return new CUint8Payload(static_cast<std::uint8_t>(Word(index) >> bit & ((1U << bits) - 1)));
+    if (bits == BITS_IN_UINT16) {
+        const bool straddles = bit == 8 && littleEndian;
+        return new CUint16Payload(straddles ? StraddlingWord(index) : Word(index));
+    }
+    const std::uint32_t high = Word(littleEndian ? index + 1 : index - 1);
+    return new CUint32Payload(high << BITS_IN_UINT16 | Word(index));
+}
+
+void CStructCodec::DecodeField(std::uint32_t position, std::uint32_t size, const CStructField * field,
+    CComplexPayload & out, bool littleEndian)
+{
+    const IMetadata & metadata = *field->Metadata();
+    const bool straddles = size == BITS_IN_UINT16 && position % BITS_IN_UINT16 == 8 && littleEndian;
+    const std::uint64_t value = straddles
+                                    ? StraddlingWord(position / BITS_IN_UINT16)   // without a sign, intended
+                                    : ExtendSign(FieldBits(position, size, littleEndian), size, metadata);
+    std::unique_ptr<IPayload> payload = metadata.MetadataType() == METADATA_ENUM
+                                            ? NewEnumPayload(metadata, value)
+                                            : NewNumericPayload(metadata, size, value);
+    out.AddField(payload.release());
+}
+
+std::uint64_t CStructCodec::FieldBits(std::uint32_t position, std::uint32_t size, bool littleEndian) const
+{
+    const std::uint64_t index = position / BITS_IN_UINT16;
+    std::uint64_t gathered = 0;
+    for (std::uint32_t ahead = 0; ahead * BITS_IN_UINT16 < size; ++ahead) {
+        const std::uint64_t word = Word(littleEndian ? index + ahead : index - ahead);
+        gathered |= word << (ahead * BITS_IN_UINT16);
+    }
+    // The mask of a field of 64 bits is 0, as the processor's shift has it; so it is 0, intended.
+    const std::uint64_t mask = (std::uint64_t{ 1 } << (size % 64)) - 1;
+    return gathered >> (position % BITS_IN_UINT16) & mask;
+}
+
+std::uint16_t CStructCodec::StraddlingWord(std::uint64_t index) const
+{
+    return static_cast<std::uint16_t>(Word(index + 1) << 8 | Word(index) >> 8);
+}
+
+bool CStructCodec::CountPayload()
+{
+    if (mWalk.payloads == MAX_PAYLOADS) {
+        structcodec::SetLayoutError(
+            "the metadata describes a struct of more than " + std::to_string(MAX_PAYLOADS) + " values");
+        return false;
+    }
+    ++mWalk.payloads;
+    return true;
+}
+
+}   // namespace VrexZynConfigTools

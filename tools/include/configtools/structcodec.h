@@ -1,0 +1,123 @@
+/// Packs the fields of a struct key into the 16-bit words in which a device holds them, and unpacks them again.
+///
+/// The layout comes from the metadata alone. Word 0 comes first in the stream; a field's position counts bits from the
+/// least significant bit of word 0. In octet form octet 2k is the low byte of word k. The host has to be little-endian.
+///
+/// The rules for packing and unpacking differ, and so do those for the widths. That is the device format, intended:
+///  - a field of up to 15 bits lies within one word; what doesn't fit there is lost;
+///  - a field of 16 bits replaces its word when packed; only at bit 8 of a word, and in a little-endian struct, does it
+///    straddle two words;
+///  - a wider field starts on a word boundary when packed, whatever its position says, but is unpacked from the very
+///    bit; so it comes back unchanged only if its position is a multiple of 16;
+///  - in a struct that isn't little-endian, the position of a field of 17 to 64 bits names its last word;
+///  - a field of exactly 64 bits unpacks as 0; of a field of 65 bits and more the bits of a last partial word are lost;
+///  - the items of an array unpack as unsigned numbers, and 64-bit items as 32 bits.
+///
+/// The tree of payloads has one entry per field, in field order: for a number of up to 64 bits a numeric payload or a
+/// `CEnumPayload`, for a wider one a `CComplexPayload` with a `CUint16Payload` per word, for an array one with a numeric
+/// payload per item, for a struct one with its fields, for an array of structs one with a `CComplexPayload` per struct.
+///
+/// Bad metadata never reaches outside the words: there 0 is read, and what is written is dropped. A struct of more than
+/// 2^27 bits, nesting deeper than 64, a field without metadata and the like leave an error in `GROUP_FRAMEWORK`.
+
+#ifndef CONFIGTOOLS_STRUCTCODEC_H
+#define CONFIGTOOLS_STRUCTCODEC_H
+
+#include <configtools/export.h>
+#include <configtools/payloads.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace VrexZynConfigTools {
+
+class CMetadataDetailStruct;
+class CStructField;
+class IElementFactorySource;
+
+/// One codec serves any number of structs, one after the other.
+class CONFIGTOOLS_EXPORT CStructCodec : public IWritable
+{
+public:
+    static constexpr std::uint32_t BITS_IN_UINT16 = 16;
+
+    CStructCodec();
+
+    /// Both share the word array with `other`, and what an assigned codec held is lost, intended: copy only a codec
+    /// that holds no array.
+    CStructCodec(const CStructCodec & other);
+    CStructCodec & operator=(const CStructCodec & other);
+    ~CStructCodec() override;
+
+    /// Packs the fields of `payload` by the layout of `detail`; the words stay here for `Write`. A list shorter than the
+    /// fields leaves the later fields zero; a longer one is an error, and the surplus is dropped.
+    void Encode(CComplexPayload & payload, CMetadataDetailStruct & detail);
+
+    /// Takes the words from `source`, one `NextInt("uint16")` each, or all octets by one `NextString` if the struct says
+    /// so (`IsOctetsInBin`), and adds the fields to `out`. `more` is the source's last answer: whether another struct
+    /// follows. Missing words are 0, and `more` is false; a wrong number of octets is told as a warning.
+    ///
+    /// False, with nothing added, if an error stands in `GROUP_FRAMEWORK` when the words have been read. An error in
+    /// `GROUP_OUTER_READER` ends the reading, with `more` false; what came until then is unpacked.
+    bool Decode(
+        IElementFactorySource & source, CMetadataDetailStruct & detail, CComplexPayload * out, bool & more);
+
+    /// Gives the writer the words of the last `Encode` or `Decode`: a `CUint16Payload` each until an error stands in
+    /// `GROUP_FRAMEWORK`, or one octet string. True if no error stands afterwards.
+    bool Write(IConfigWriter & writer, IConfigContext & context) override;
+
+    /// The keyword of the smallest integer type with that many bits; the width is decimal text. Empty for a width
+    /// outside 1 to 64.
+    static std::string GetIntTypeFromBitWidth(const std::string & bitWidth, bool isUnsigned);
+
+    /// The width of an integer type in bits; 0 for any other text, "integer" included.
+    static std::uint32_t BitsForInternalType(const std::string & type);
+
+private:
+    /// How far the walk over structs within structs has come.
+    struct Walk
+    {
+        std::uint32_t depth = 0;
+        std::uint32_t payloads = 0;
+    };
+    class Level;
+
+    void DoEncode(std::uint32_t base, CComplexPayload & payload, CMetadataDetailStruct & detail);
+    void EncodePlainField(
+        std::uint32_t position, const CStructField & field, IPayload & value, bool littleEndian);
+    void EncodeStructField(std::uint32_t position, const CStructField & field, IPayload & value);
+    void EncodeField(std::uint32_t position, std::uint32_t size, IPayload & payload, bool littleEndian);
+    void EncodeWideField(std::uint32_t position, IPayload & payload);
+    void DoDecode(std::uint32_t base, CMetadataDetailStruct & detail, CComplexPayload * out);
+    void DecodeStructField(std::uint32_t position, const CStructField & field, CComplexPayload & out);
+    void DecodeWideField(std::uint32_t position, const CStructField & field, CComplexPayload & out);
+    void DecodeArrayField(
+        std::uint32_t position, const CStructField & field, CComplexPayload & out, bool littleEndian);
+    void DecodeField(std::uint32_t position, std::uint32_t size, const CStructField * field,
+        CComplexPayload & out, bool littleEndian);
+    std::uint64_t FieldBits(std::uint32_t position, std::uint32_t size, bool littleEndian) const;
+    IPayload * NewArrayItem(std::uint32_t position, std::uint32_t bits, bool littleEndian) const;
+    bool ReadWords(IElementFactorySource & source);
+    bool ReadOctets(IElementFactorySource & source, CComplexPayload * out);
+    bool Allocate(CMetadataDetailStruct & detail);
+    std::uint64_t GetStructSizeInBits(CMetadataDetailStruct & detail);
+    void CleanUp();
+
+    std::uint16_t Word(std::uint64_t index) const;
+    void SetWord(std::uint64_t index, std::uint16_t value);
+    void MergeIntoWord(std::uint64_t index, std::uint64_t value);
+    std::uint16_t StraddlingWord(std::uint64_t index) const;
+    bool CountPayload();
+
+    std::uint16_t * mpWords;   // owned
+    std::uint64_t mNumWords;   // mBitSize, rounded up to words
+    std::uint64_t mBitSize;
+    std::uint64_t mNumOctets;   // mBitSize, rounded up to octets
+    bool mOctetsInBin;          // the raw form is one octet string
+    Walk mWalk;
+};
+
+}   // namespace VrexZynConfigTools
+
+#endif
