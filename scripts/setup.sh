@@ -1,6 +1,6 @@
 # What scripts/demo, scripts/test and scripts/tidy share; sourced, not run.
 
-BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libtomlplusplus-dev)
+BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libtomlplusplus-dev libsqlite3-dev zlib1g-dev)
 TEST_PACKAGES=(clang libgtest-dev libgmock-dev libbenchmark-dev pkgconf)
 TIDY_PACKAGES=(clang-tidy)
 
