@@ -32,8 +32,9 @@ bool EqualsIgnoringCase(const std::string & left, std::string_view right)
 std::vector<IPayload *> PayloadsOf(
     const IElementProvider & elements, const std::string & key, IConfigContext & context)
 {
-    // The copy of the list needs an element that isn't const; without a transfer the element is not changed.
-    return const_cast<CElement &>(elements.Element(key, context)).GetPayloadCopy(false);
+    // Copying the list needs an element that isn't const, but changes nothing unless the payloads are transferred.
+    auto & element = const_cast<CElement &>(elements.Element(key, context));   // NOLINT(*-const-cast)
+    return element.GetPayloadCopy(false);
 }
 
 /// The four digits for a chip's number: its low byte, then the two nibbles above, the lower one first, intended.

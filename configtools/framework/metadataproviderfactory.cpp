@@ -53,7 +53,7 @@ IMetadataProvider * CMetadataProviderFactory::Create(
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadataProviderFactory::Create");
 
-    IMetadataProvider * const provider = CreateByPlugIn<IMetadataProvider, const std::string &>(
+    auto * const provider = CreateByPlugIn<IMetadataProvider, const std::string &>(
         *mPluginManager, "CreateMetadataProvider", plugInName, argument);
     if (provider == nullptr)
         ZYN_HANDLER(zynFunction).SetErrorMsg(0, plugInName + " not found");

@@ -97,8 +97,9 @@ CStructCodec & CStructCodec::operator=(const CStructCodec & other)
 {
     ZYN_SENTRY("VrexZynConfigTools::CStructCodec::operator=");
 
-    if (mpWords != other.mpWords)
-        KeepForEver(mpWords);   // lost, intended: another copy may share it
+    if (this == &other)
+        return *this;
+    KeepForEver(mpWords);   // lost, intended: another copy may share it
     mpWords = other.mpWords;
     mNumWords = other.mNumWords;
     mBitSize = other.mBitSize;

@@ -54,13 +54,13 @@ std::uint64_t ExtendSign(std::uint64_t value, std::uint32_t size, const IMetadat
 /// The type of a number: the record's own if it has a width, else the smallest that the field fits into.
 std::string TypeOfField(const IMetadata & metadata, std::uint32_t size)
 {
-    const std::string type = metadata.InternalType();
+    std::string type = metadata.InternalType();
     if (CStructCodec::BitsForInternalType(type) != 0)
         return type;
     const std::string format = metadata.Format();
     const bool isUnsigned =
         format == keywords::FORMAT_UNSIGNED_DECIMAL || format == keywords::FORMAT_HEXADECIMAL;
-    const std::string fitting = CStructCodec::GetIntTypeFromBitWidth(std::to_string(size), isUnsigned);
+    std::string fitting = CStructCodec::GetIntTypeFromBitWidth(std::to_string(size), isUnsigned);
     return fitting.empty() ? type : fitting;
 }
 
