@@ -33,6 +33,21 @@ public:
         return *this;
     }
 
+    /// A keyword such as "signed_decimal"; none without this.
+    ARecord & Formatted(const std::string & format)
+    {
+        mFormat = format;
+        return *this;
+    }
+
+    /// The smallest and the largest value; 0 and 0 without this.
+    ARecord & Within(std::int64_t min, std::int64_t max)
+    {
+        mMin = min;
+        mMax = max;
+        return *this;
+    }
+
     ARecord & Array(std::int64_t minLength = 0, std::int64_t maxLength = 100)
     {
         mIsArray = true;
@@ -56,14 +71,18 @@ public:
 
     std::unique_ptr<CMetadata> Build() const
     {
-        return std::make_unique<CMetadata>(1, mPsId, mName, "", "", false, "", 0, 0, "", mInternalType, "",
-            mIsArray, mArrayMinLength, mArrayMaxLength, "", "", "", "", "", "", "", "", mNumIndices, mShape);
+        return std::make_unique<CMetadata>(1, mPsId, mName, "", "", false, mFormat, mMin, mMax, "",
+            mInternalType, "", mIsArray, mArrayMinLength, mArrayMaxLength, "", "", "", "", "", "", "", "",
+            mNumIndices, mShape);
     }
 
 private:
     std::uint32_t mPsId;
     std::string mName;
     std::string mInternalType = "uint32";
+    std::string mFormat;
+    std::int64_t mMin = 0;
+    std::int64_t mMax = 0;
     bool mIsArray = false;
     std::int64_t mArrayMinLength = 0;
     std::int64_t mArrayMaxLength = 0;
