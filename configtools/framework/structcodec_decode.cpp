@@ -225,7 +225,7 @@ IPayload * CStructCodec::NewArrayItem(std::uint32_t position, std::uint32_t bits
     const std::uint64_t index = position / BITS_IN_UINT16;
     const std::uint32_t bit = position % BITS_IN_UINT16;
     if (bits < BITS_IN_UINT16)
-        return new CUint8Payload(static_cast<std::uint8_t>(Word(index) >> bit & ((1U << bits) - 1)));
+        return new CUint8Payload(static_cast<std::uint8_t>(std::uint32_t{ Word(index) } >> bit));
     if (bits == BITS_IN_UINT16) {
         const bool straddles = bit == 8 && littleEndian;
         return new CUint16Payload(straddles ? StraddlingWord(index) : Word(index));
