@@ -99,8 +99,33 @@ TEST(CommandLine, an_option_counts_once)
 TEST(CommandLine, an_unknown_extension_is_refused_with_those_known)
 {
     for (const char * file : { "a.txt", "a", "toml", ".toml", "a.toml.bak", "a.toml/", "-", "" })
-        ExpectRefused({ "show", file }, "has no known extension; known are: .toml");
-    ExpectRefused({ "convert", "a.toml", "-o", "b.bin" }, "\"b.bin\" has no known extension; known are: .toml");
+        ExpectRefused({ "show", file }, "has no known extension; known are: .toml, .zimg");
+    ExpectRefused(
+        { "convert", "a.toml", "-o", "b.bin" }, "\"b.bin\" has no known extension; known are: .toml, .zimg");
+}
+
+TEST(CommandLine, a_format_stands_in_for_the_extension)
+{
+    const CTempFolder folder;
+    const std::string file = folder.File("a.txt", "chip demo\nsubsystem 1 1 1\nkey 5 K number 6\n");
+    const std::string out = folder.File("out.txt");
+    for (const std::vector<std::string> & arguments :
+        { std::vector<std::string>{ "show", file, "--from", "toml" },
+            { "convert", file, "-o", out, "--from", "toml", "--to", "toml" } })
+    {
+        std::vector<std::string> all = arguments;
+        all.insert(all.end(), { "--plugin-dir", FAKE_PLUGIN_DIR });
+        EXPECT_EQ(RunTool({ all }).mExitCode, 0);
+    }
+    EXPECT_THAT(ContentOf(out), HasSubstr("5 6"));
+    ExpectRefused({ "convert", "a.toml", "-o", "b.txt" }, "\"b.txt\" has no known extension");
+    ExpectRefused({ "convert", "a.txt", "-o", "b.toml" }, "\"a.txt\" has no known extension");
+}
+
+TEST(CommandLine, an_unknown_format_is_refused_with_those_known)
+{
+    ExpectRefused({ "show", "a.toml", "--from", "yaml" }, "\"yaml\" is no format; known are: toml, image");
+    ExpectRefused({ "convert", "a.toml", "-o", "b.toml", "--to", "" }, "\"\" is no format");
 }
 
 TEST(CommandLine, a_layer_filter_is_a_layer_or_its_negative)

@@ -101,7 +101,7 @@ Channel MakeOutput(const ToolRun & run)
     return channel;
 }
 
-// Neither the width nor the colours of the terminal that runs the tests may show in them.
+// Neither the width nor the colours of the terminal that runs the tests may show in them, nor its metadata.
 std::vector<std::string> EnvironmentOf(const ToolRun & run)
 {
     std::map<std::string, std::string> variables;
@@ -112,6 +112,7 @@ std::vector<std::string> EnvironmentOf(const ToolRun & run)
     variables["COLUMNS"] = "";
     variables["NO_COLOR"] = "";
     variables["TERM"] = "xterm";
+    variables["ZYNCONFIG_METADATA"] = "";
     for (const auto & [name, value] : run.mEnvironment)
         variables[name] = value;
 

@@ -24,6 +24,9 @@ constexpr char DESCRIPTION[] =
 constexpr char FOOTER[] = "Exit codes: 0 done, 1 the data is wrong, 2 the command line is wrong.";
 constexpr char FILES_HELP[] = "The files to read into one chip, one after the other";
 constexpr char CONTEXT_HELP[] = "Tags for plug-ins and library, such as \"insertmode=new\"";
+constexpr char METADATA_HELP[] = "The metadata: what the chip's keys mean";
+constexpr char FROM_HELP[] = "The format of the files, whatever their extension: ";
+constexpr char TO_HELP[] = "The format of the output, whatever its extension: ";
 constexpr char FILTER_HELP[] =
     "Write each key once: from the highest layer up to N, or with -N from the lowest";
 
@@ -71,9 +74,16 @@ std::string TagProblem(const std::string & piece)
     return reserved == RESERVED_TAGS.end() ? "" : Quoted(piece) + " can't be set here: " + reserved->mReason;
 }
 
-void RequireKnownFormat(const std::string & path)
+std::string FormatProblem(const std::string & name)
 {
-    if (FindFormat(path) == nullptr)
+    return !name.empty() && FindFormat({}, name) != nullptr
+               ? ""
+               : Quoted(name) + " is no format; known are: " + KnownFormats();
+}
+
+void RequireKnownFormat(const std::string & path, const std::string & format)
+{
+    if (FindFormat(path, format) == nullptr)
         throw CLI::ValidationError(Quoted(path) + " has no known extension; known are: " + KnownExtensions());
 }
 
@@ -98,6 +108,9 @@ public:
         mApp.add_option("--plugin-dir", options.mPlugInFolder, "Take the plug-ins (*.zpm) from here")
             ->type_name("DIR")
             ->check(CLI::ExistingDirectory.description(""));
+        mApp.add_option("--metadata", options.mMetadata, METADATA_HELP)
+            ->type_name("FILE")
+            ->envname("ZYNCONFIG_METADATA");
         mApp.add_flag("--trace", options.mIsTraced, "Show the library's debug output on standard error");
         AddShow();
         AddConvert();
@@ -110,9 +123,9 @@ public:
 
         // Only now: the argument of an option that a command doesn't have would be taken for a file.
         for (const std::string & file : mOptions.mFiles)
-            RequireKnownFormat(file);
+            RequireKnownFormat(file, mOptions.mFrom);
         if (mOptions.mCommand == Command::Convert)
-            RequireKnownFormat(mOptions.mOutput);
+            RequireKnownFormat(mOptions.mOutput, mOptions.mTo);
         if (!mLayerFilter.empty())
             mOptions.mLayerFilter = std::stoi(mLayerFilter);
     }
@@ -138,10 +151,19 @@ private:
     {
         CLI::App & command = *mApp.add_subcommand(name, description);
         command.add_option("files", mOptions.mFiles, FILES_HELP)->required()->type_name("FILE");
+        AddFormat(command, "--from", mOptions.mFrom, FROM_HELP);
         command.add_option("--context", mOptions.mContext, CONTEXT_HELP)
             ->type_name("\"TAG=VALUE;...\"")
             ->check(Check(&ContextProblem));
         return command;
+    }
+
+    static void AddFormat(
+        CLI::App & command, const char * option, std::string & format, const std::string & help)
+    {
+        command.add_option(option, format, help + KnownFormats())
+            ->type_name("FORMAT")
+            ->check(Check(&FormatProblem));
     }
 
     void AddShow()
@@ -155,6 +177,7 @@ private:
     {
         CLI::App & convert = AddCommand("convert", "Write all that the files hold, or with a filter what wins");
         convert.add_option("-o,--output", mOptions.mOutput, "The file to write")->required()->type_name("OUT");
+        AddFormat(convert, "--to", mOptions.mTo, TO_HELP);
         convert.add_option("--layer-filter", mLayerFilter, FILTER_HELP)
             ->type_name("N")
             ->check(Check(&LayerFilterProblem));

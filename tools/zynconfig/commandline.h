@@ -19,7 +19,10 @@ struct Options
 {
     Command mCommand = Command::Show;
     std::vector<std::string> mFiles;   // each of a known format
+    std::string mFrom;                 // the format of all files; empty: by the extension of each
     std::string mOutput;               // of `convert`; of a known format
+    std::string mTo;                   // the format of the output; empty: by its extension
+    std::string mMetadata;             // the metadata repository; empty: none
     std::optional<int> mLayerFilter;   // 1 to 15 or -15 to -1
     std::string mContext;              // tags as `IConfigContext::Parse` takes them
     std::string mPlugInFolder;         // empty: the usual one

@@ -9,7 +9,8 @@ namespace zynconfig {
 namespace {
 
 constexpr std::array FORMATS = {
-    Format{ ".toml", "tomlconfig" },
+    Format{ "toml", ".toml", "tomlconfig" },
+    Format{ "image", ".zimg", "imageconfig" },
 };
 
 // Letters of other alphabets stay as they are: extensions have none.
@@ -18,23 +19,33 @@ char Lower(char character)
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
+std::string Join(const char * Format::*part)
+{
+    std::string list;
+    for (const Format & format : FORMATS)
+        list.append(list.empty() ? "" : ", ").append(format.*part);
+    return list;
+}
+
 }   // namespace
 
-const Format * FindFormat(const std::string & path)
+const Format * FindFormat(const std::string & path, const std::string & name)
 {
     std::string extension = std::filesystem::path(path).extension().string();
     std::transform(extension.begin(), extension.end(), extension.begin(), Lower);
-    const auto * const format = std::find_if(
-        FORMATS.begin(), FORMATS.end(), [&](const Format & each) { return each.mExtension == extension; });
+    const auto * const format = std::find_if(FORMATS.begin(), FORMATS.end(),
+        [&](const Format & each) { return name.empty() ? each.mExtension == extension : each.mName == name; });
     return format == FORMATS.end() ? nullptr : format;
 }
 
 std::string KnownExtensions()
 {
-    std::string list;
-    for (const Format & format : FORMATS)
-        list.append(list.empty() ? "" : ", ").append(format.mExtension);
-    return list;
+    return Join(&Format::mExtension);
+}
+
+std::string KnownFormats()
+{
+    return Join(&Format::mName);
 }
 
 }   // namespace zynconfig

@@ -9,15 +9,20 @@ namespace zynconfig {
 
 struct Format
 {
+    const char * mName;        // for --from and --to
     const char * mExtension;   // in lower case, with its dot
     const char * mPlugIn;   // as the plug-in calls itself; both its reader and its writer take the file's path
 };
 
-/// The format of a file, by its extension without regard to case; null if none is known for it.
-const Format * FindFormat(const std::string & path);
+/// The format of a file: the one called `name`; without a name by the extension of `path` without regard to case. Null
+/// if none is known.
+const Format * FindFormat(const std::string & path, const std::string & name = {});
 
 /// ".a, .b"
 std::string KnownExtensions();
+
+/// "a, b"
+std::string KnownFormats();
 
 }   // namespace zynconfig
 

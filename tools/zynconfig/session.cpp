@@ -64,14 +64,15 @@ bool CSession::Load()
     mModules.Load(mPlugInFolder);
     const bool isAnyError = ReportChannel();
     const bool hasAll = std::all_of(mOptions.mFiles.begin(), mOptions.mFiles.end(),
-                            [this](const std::string & file) { return HasPlugIn(file); }) &&
-                        (mOptions.mOutput.empty() || HasPlugIn(mOptions.mOutput));
-    return hasAll && !isAnyError;
+                            [this](const std::string & file) { return HasPlugIn(file, mOptions.mFrom); }) &&
+                        (mOptions.mOutput.empty() || HasPlugIn(mOptions.mOutput, mOptions.mTo));
+    return hasAll && !isAnyError &&
+           (mOptions.mMetadata.empty() || mRepository.Open(mOptions.mMetadata, mPlugInFolder));
 }
 
-bool CSession::HasPlugIn(const std::string & path)
+bool CSession::HasPlugIn(const std::string & path, const std::string & format)
 {
-    const char * const plugIn = FindFormat(path)->mPlugIn;
+    const char * const plugIn = FindFormat(path, format)->mPlugIn;
     if (mModules.Exists(plugIn))
         return true;
     ReportError(
@@ -119,7 +120,7 @@ bool CSession::ReadAll(const CZynContext & context)
 bool CSession::ReadFile(const std::string & file, const CZynContext & context)
 {
     const bool isAnyOldError = ReportChannel();
-    mReaders.emplace_back(mModules.CreateReader(FindFormat(file)->mPlugIn, file, nullptr));
+    mReaders.emplace_back(mModules.CreateReader(FindFormat(file, mOptions.mFrom)->mPlugIn, file, nullptr));
     if (mReaders.back() == nullptr) {
         if (!ReportChannel())
             ReportError(file + ": " + keywords::ERROR_UNABLE_TO_CREATE_READER);
@@ -129,6 +130,8 @@ bool CSession::ReadFile(const std::string & file, const CZynContext & context)
     own.SetChip(mReading->mWatch.Chip());
     mReading->mWatch.StartFile(file);
     mReaders.back()->SetObserver(mReading->mWatch);
+    if (auto * const provider = mRepository.Provider())
+        mReaders.back()->SetMetadataProvider(*provider);
     mReaders.back()->Read(own);
     return !ReportChannel() && !isAnyOldError;
 }
@@ -157,7 +160,8 @@ bool CSession::ReadFiltered()
 bool CSession::Write()
 {
     const bool isAnyOldError = ReportChannel();
-    mWriter.reset(mModules.CreateWriter(FindFormat(mOptions.mOutput)->mPlugIn, mOptions.mOutput, nullptr));
+    mWriter.reset(
+        mModules.CreateWriter(FindFormat(mOptions.mOutput, mOptions.mTo)->mPlugIn, mOptions.mOutput, nullptr));
     if (mWriter == nullptr) {
         if (!ReportChannel())
             ReportError(mOptions.mOutput + ": " + keywords::ERROR_UNABLE_TO_CREATE_WRITER);

@@ -5,6 +5,7 @@
 
 #include "commandline.h"
 #include "readwatch.h"
+#include "repository.h"
 
 #include <configtools/chipconfig.h>
 #include <configtools/readerwriter.h>
@@ -25,7 +26,7 @@ public:
     CSession(const CSession &) = delete;
     CSession & operator=(const CSession &) = delete;
 
-    /// Loads the plug-ins. The other operations need them.
+    /// Loads the plug-ins, and the metadata if there is any. The other operations need them.
     bool Load();
 
     bool Show();
@@ -38,7 +39,7 @@ private:
         CReadWatch mWatch{ mChip };
     };
 
-    bool HasPlugIn(const std::string & path);
+    bool HasPlugIn(const std::string & path, const std::string & format);
     bool ReadAll(const VrexZynConfigTools::CZynContext & context);
     bool ReadFile(const std::string & file, const VrexZynConfigTools::CZynContext & context);
     bool ReadFiltered();
@@ -49,9 +50,10 @@ private:
     const Options & mOptions;
     std::string mPlugInFolder;
 
-    // The order decides: these end from the last to the first. Elements use records of the readers, and both readers
-    // and writers are code of the modules, which stay loaded as long as the process lives.
+    // The order decides: these end from the last to the first. Elements use records of the readers and of the metadata,
+    // and all are code of the modules, which stay loaded as long as the process lives.
     VrexZynConfigTools::CReaderWriterFactory & mModules;
+    CRepository mRepository;
     std::vector<std::unique_ptr<VrexZynConfigTools::IConfigReader>> mReaders;
     std::unique_ptr<VrexZynConfigTools::IConfigWriter> mWriter;
     std::unique_ptr<Reading> mReading;
