@@ -3,12 +3,12 @@
 #ifndef TOMLCONFIG_WRITER_H
 #define TOMLCONFIG_WRITER_H
 
-#include "targetfile.h"
 #include "valuetext.h"
 #include "vocabulary.h"
 
 #include <configtools/readerwriter.h>
 #include <configtools/types.h>
+#include <targetfile/targetfile.h>
 
 #include <cstdint>
 #include <optional>
@@ -82,7 +82,7 @@ private:
     std::string WholeText();
 
     std::string mPath;
-    CTargetFile mFile;
+    targetfile::CTargetFile mFile;
     std::string mHead;
     std::vector<Block> mBlocks;
     std::string mLayerFilter;          // empty for a full write

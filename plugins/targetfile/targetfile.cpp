@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tomlconfig {
+namespace targetfile {
 
 namespace {
 
@@ -162,4 +162,4 @@ void CTargetFile::Discard()
     mTemporary.clear();
 }
 
-}   // namespace tomlconfig
+}   // namespace targetfile

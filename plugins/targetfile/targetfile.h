@@ -1,14 +1,14 @@
 /// A file that appears at its place whole or not at all.
 
-#ifndef TOMLCONFIG_TARGETFILE_H
-#define TOMLCONFIG_TARGETFILE_H
+#ifndef TARGETFILE_TARGETFILE_H
+#define TARGETFILE_TARGETFILE_H
 
 #include <string>
 #include <string_view>
 
 struct stat;
 
-namespace tomlconfig {
+namespace targetfile {
 
 /// The text goes to a temporary file beside the target, ".NAME.PROCESS.N.tmp", which takes the target's place once it is
 /// safely on the disk. Whatever ends the process before then leaves the old file as it was; at worst the temporary
@@ -46,6 +46,6 @@ private:
     int mDescriptor = -1;     // -1 while closed
 };
 
-}   // namespace tomlconfig
+}   // namespace targetfile
 
 #endif
