@@ -22,7 +22,11 @@ constexpr GroupEnum MESSAGE_GROUP = GROUP_FRAMEWORK;
 constexpr std::uint32_t DECISIONS = 3;
 
 /// As many as the smallest array items that the largest struct has room for.
-constexpr std::uint32_t MAX_PAYLOADS = 1U << 24;
+constexpr std::uint64_t MAX_PAYLOADS = 1U << 24;
+
+/// Fields without bits, and the trees above fields with bits, take payloads too.
+constexpr std::uint64_t PAYLOADS_APART_FROM_BITS = 1U << 16;
+constexpr std::uint64_t PAYLOADS_PER_BIT = 4;
 
 CComplexPayload & AddComplex(CComplexPayload & owner)
 {
@@ -268,9 +272,11 @@ std::uint16_t CStructCodec::StraddlingWord(std::uint64_t index) const
 
 bool CStructCodec::CountPayload()
 {
-    if (mWalk.payloads == MAX_PAYLOADS) {
-        structcodec::SetLayoutError(
-            "the metadata describes a struct of more than " + std::to_string(MAX_PAYLOADS) + " values");
+    // Bad metadata may repeat itself without end; a struct has no more values than fit into its bits.
+    const std::uint64_t limit = PAYLOADS_APART_FROM_BITS + std::min(mBitSize * PAYLOADS_PER_BIT, MAX_PAYLOADS);
+    if (mWalk.payloads == limit) {
+        structcodec::SetLayoutError("the metadata describes a struct of " + std::to_string(mBitSize) +
+                                    " bits with more than " + std::to_string(limit) + " values");
         return false;
     }
     ++mWalk.payloads;

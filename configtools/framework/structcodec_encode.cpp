@@ -42,7 +42,8 @@ void CStructCodec::Encode(CComplexPayload & payload, CMetadataDetailStruct & det
     ZYN_SENTRY("VrexZynConfigTools::CStructCodec::Encode");
 
     mWalk = {};
-    Allocate(detail);
+    if (!Allocate(detail))
+        return;
     DoEncode(0, payload, detail);
     ZYN_TRACE(ARGUMENTS, "%sTotal bitsize=%llu", HexText(mpWords, mNumWords).c_str(),
         static_cast<unsigned long long>(mBitSize));
