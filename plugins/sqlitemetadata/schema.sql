@@ -1,9 +1,10 @@
--- The schema of a metadata repository: one SQLite file (".zmd") that describes chip systems. docs/metadata-repository.md
--- tells more; who fills one finds here what each column means, and who reads one what may be relied on.
+-- The schema of a metadata repository: one SQLite file (".zmd") that describes chip systems. Who fills one finds here
+-- what each column means, and who reads one what may be relied on; docs/metadata-repository.md tells more.
 --
 -- A writer runs this file on an empty database, fills the tables within one transaction with "PRAGMA foreign_keys = ON",
--- and has a repository. The first number says what kind of file it is ("ZMD1"), the second which schema it has: a reader
--- refuses any other. A change of the schema raises the second.
+-- and has a repository. The first number says what kind of file it is ("ZMD1"), the second which schema it has. A reader
+-- refuses any other, and any schema that isn't this one to the letter; comments are left out of the repository and don't
+-- count. A change of the schema raises the second number.
 PRAGMA application_id = 1515013169;
 PRAGMA user_version = 1;
 
@@ -73,7 +74,7 @@ CREATE TABLE records (
     units                TEXT NOT NULL DEFAULT '',
     is_array             INTEGER NOT NULL DEFAULT 0 CHECK (is_array IN (0, 1)),
     array_min_length     INTEGER NOT NULL DEFAULT 0 CHECK (array_min_length >= 0),
-    array_max_length     INTEGER NOT NULL DEFAULT 0,
+    array_max_length     INTEGER NOT NULL DEFAULT 0,    -- 0 with is_array: not stated
     table_name           TEXT NOT NULL DEFAULT '',
     description          TEXT NOT NULL DEFAULT '',
     description_internal TEXT NOT NULL DEFAULT '',
@@ -111,13 +112,14 @@ CREATE TABLE structs (
 
 -- The fields of a struct, at least one, in the order in which they were written down. That is not the order in which
 -- they are packed: a reader sorts them, once a key's struct is complete with all that it holds, by one
--- CMetadataDetailStruct::OrderFieldsForTargetArchitecture on the key's own struct. At most 64 structs lie within one another.
+-- CMetadataDetailStruct::OrderFieldsForTargetArchitecture on the key's own struct. At most 64 structs lie within one
+-- another, the key's own included.
 CREATE TABLE struct_fields (
     struct_id    INTEGER NOT NULL REFERENCES structs (record_id),
     position     INTEGER NOT NULL CHECK (position >= 0),                  -- its place in the list; gaps are allowed
     record_id    INTEGER NOT NULL UNIQUE REFERENCES records (id),         -- what the field means; its name is there
-    lsb_position INTEGER NOT NULL CHECK (lsb_position BETWEEN 0 AND 134217727),   -- of the lowest bit, within the struct
-    bit_width    INTEGER NOT NULL CHECK (bit_width BETWEEN 1 AND 134217728),      -- of an array: of all its items
+    lsb_position INTEGER NOT NULL CHECK (lsb_position BETWEEN 0 AND 1048575),   -- of the lowest bit, within the struct
+    bit_width    INTEGER NOT NULL CHECK (bit_width BETWEEN 1 AND 1048576),      -- of an array: of all its items
     PRIMARY KEY (struct_id, position)
 ) STRICT, WITHOUT ROWID;
 
@@ -160,7 +162,8 @@ CREATE TABLE default_indices (
     PRIMARY KEY (row_id, position)
 ) STRICT, WITHOUT ROWID;
 
--- The value of a row: one item, or for an array key as many as it has items, with the positions 0, 1, 2 and so on.
+-- The value of a row: one item, or for an array of numbers or structs as many as it has, with the positions 0, 1, 2 and
+-- so on. (An element of the library holds one text and one enumerator, so an array of those has one item at most.)
 --   number        INTEGER; of 'uint64' the signed number with the same bits
 --   enumeration   INTEGER, the number of an enumerator
 --   text          TEXT for 'string', BLOB for 'octet_string'
