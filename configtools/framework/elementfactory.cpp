@@ -11,8 +11,8 @@
 #include <misc/stringutil.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
@@ -23,8 +23,8 @@ namespace {
 constexpr GroupEnum MESSAGE_GROUP = GROUP_FRAMEWORK;
 constexpr std::uint32_t DECISIONS = 3;
 
-/// What a tag of the index holds, with the end of the text; longer ones are cut off, intended.
-constexpr std::size_t INDEX_TEXT_SIZE = 9;
+/// What a tag of the index holds in characters; longer ones are cut off, intended.
+constexpr std::size_t INDEX_TEXT_SIZE = 8;
 
 CMessageHandler & Handler()
 {
@@ -36,11 +36,9 @@ bool IsErrorSet()
     return Handler().IsErrorSet(GROUP_FRAMEWORK, true);
 }
 
-std::string IndexText(const char * stem, unsigned number)
+std::string IndexText(const std::string & stem, unsigned number)
 {
-    char text[INDEX_TEXT_SIZE];
-    std::snprintf(text, sizeof text, "%s%u", stem, number);
-    return text;
+    return (stem + std::to_string(number)).substr(0, INDEX_TEXT_SIZE);
 }
 
 /// The end of the last field, in bits; at least 8. For an array whose own type has no width.
