@@ -1,10 +1,10 @@
 #include "document.h"
 
 #include "findings.h"
-#include "syntax.h"
 #include "values.h"
 
 #include <configtools/keywords.h>
+#include <tomlsyntax/tomlsyntax.h>
 
 #include <algorithm>
 #include <limits>
@@ -404,8 +404,11 @@ std::string RowText(const Key & key)
 Document ReadDocument(const std::string & text, CFindings & findings)
 {
     Document document;
-    if (const auto root = ParseText(text, findings))
+    tomlsyntax::SyntaxError error;
+    if (const auto root = tomlsyntax::ParseText(text, error))
         CDocumentReader(document, findings).Read(*root);
+    else
+        findings.Add(error.mPlace, error.mText);
     return document;
 }
 

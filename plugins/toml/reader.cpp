@@ -2,11 +2,11 @@
 
 #include "findings.h"
 #include "report.h"
-#include "syntax.h"
 
 #include <configtools/context.h>
 #include <configtools/keywords.h>
 #include <configtools/zyncontext.h>
+#include <tomlsyntax/tomlsyntax.h>
 
 #include <algorithm>
 #include <iterator>
@@ -134,7 +134,7 @@ void CTomlReader::ReadFileAndDeliver(IConfigContext & context)
     if (!IsContextGood(context, mPath))
         return;
     std::string error;
-    const auto content = ReadFile(mPath, error);
+    const auto content = tomlsyntax::ReadFile(mPath, error);
     if (!content)
         return ReportError(error);
 

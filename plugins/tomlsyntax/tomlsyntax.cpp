@@ -1,6 +1,4 @@
-#include "syntax.h"
-
-#include "findings.h"
+#include "tomlsyntax.h"
 
 #include <configtools/keywords.h>
 
@@ -8,7 +6,7 @@
 #include <cstring>
 #include <fstream>
 
-namespace tomlconfig {
+namespace tomlsyntax {
 
 using namespace VrexZynConfigTools;
 
@@ -122,16 +120,16 @@ std::optional<std::string> ReadFile(const std::string & path, std::string & erro
     return content;
 }
 
-std::optional<toml::table> ParseText(std::string_view text, CFindings & findings)
+std::optional<toml::table> ParseText(std::string_view text, SyntaxError & error)
 {
     if (const auto place = FindOverlongKey(text)) {
-        findings.Add(*place, "a key of more than " + std::to_string(MAX_DOTS) + " parts; expected two at most");
+        error = { *place, "a key of more than " + std::to_string(MAX_DOTS) + " parts; expected two at most" };
         return std::nullopt;
     }
     try {
         return toml::table(toml::parse(text, std::string_view()));
-    } catch (const toml::parse_error & error) {
-        findings.Add(error.source().begin, Explained(error));
+    } catch (const toml::parse_error & exception) {
+        error = { exception.source().begin, Explained(exception) };
         return std::nullopt;
     }
 }
@@ -141,4 +139,4 @@ std::optional<toml::source_position> FindOverlongKey(std::string_view text)
     return CStatementScan(text).FirstOverlong();
 }
 
-}   // namespace tomlconfig
+}   // namespace tomlsyntax

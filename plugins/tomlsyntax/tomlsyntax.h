@@ -1,7 +1,7 @@
 /// From a file to its tree of tables and values, by toml++.
 
-#ifndef TOMLCONFIG_SYNTAX_H
-#define TOMLCONFIG_SYNTAX_H
+#ifndef TOMLSYNTAX_TOMLSYNTAX_H
+#define TOMLSYNTAX_TOMLSYNTAX_H
 
 #include <toml++/toml.h>
 
@@ -9,20 +9,25 @@
 #include <string>
 #include <string_view>
 
-namespace tomlconfig {
+namespace tomlsyntax {
 
-class CFindings;
+/// Why a text is no TOML: a syntax error is the one thing to tell, since nothing behind it can be understood.
+struct SyntaxError
+{
+    toml::source_position mPlace;
+    std::string mText;
+};
 
 /// The content of a file; nothing, with the reason in `error`, if it can't be read.
 std::optional<std::string> ReadFile(const std::string & path, std::string & error);
 
-/// The tree. A syntax error is one finding, since nothing behind it can be understood.
-std::optional<toml::table> ParseText(std::string_view text, CFindings & findings);
+/// The tree; nothing, with the reason in `error`, if the text is no TOML.
+std::optional<toml::table> ParseText(std::string_view text, SyntaxError & error);
 
 /// Where a key or header has more dots than any sensible one. toml++ would make a table for each part and exhaust
 /// the stack when it destroys them.
 std::optional<toml::source_position> FindOverlongKey(std::string_view text);
 
-}   // namespace tomlconfig
+}   // namespace tomlsyntax
 
 #endif
