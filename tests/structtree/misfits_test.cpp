@@ -3,7 +3,7 @@
 #include "trees.h"
 
 #include <configtools/metadata.h>
-#include <structtree.h>
+#include <structtree/structtree.h>
 
 #include <gtest/gtest.h>
 
