@@ -1,11 +1,11 @@
 #include "reader.h"
 
+#include "contexts.h"
 #include "findings.h"
 #include "report.h"
 
 #include <configtools/context.h>
 #include <configtools/keywords.h>
-#include <configtools/zyncontext.h>
 #include <tomlsyntax/tomlsyntax.h>
 
 #include <algorithm>
@@ -14,65 +14,6 @@
 namespace tomlconfig {
 
 namespace {
-
-using ContextOwner = std::unique_ptr<IConfigContext>;
-
-void SetNumberTag(IConfigContext & context, const char * tag, const std::optional<int> & number)
-{
-    if (number)
-        context.SetTag(tag, *number);
-    else
-        context.SetTag(tag);   // deletes what the caller's context may hold
-}
-
-// What a reader hands on is always made of the caller's context, so that its options ("insertmode", "layerfilter" and
-// those that only tools and observers know) travel on. The null context keeps no tags; an empty one takes its place.
-ContextOwner BaseContext(IConfigContext & context)
-{
-    ContextOwner base(context.IsValid() ? context.Clone() : new CZynContext);
-    base->SetTags(keywords::TAG_INDEX, "");   // a stray one would make table rows of plain keys
-    base->SetTag(keywords::TAG_NUM_INDICES);
-    return base;
-}
-
-void SetLayer(IConfigContext & context, const Subsystem & subsystem, const StoreLayers & layers)
-{
-    const auto found = layers.find({ subsystem.mDevice.value_or(-1), subsystem.mStore.value_or(-1) });
-    const bool isListed = found != layers.end();
-    SetNumberTag(context, keywords::TAG_LAYER_NUMBER, isListed ? std::optional(found->second) : std::nullopt);
-}
-
-ContextOwner SubsystemContext(IConfigContext & base, const Subsystem & subsystem)
-{
-    ContextOwner context(base.Clone());
-    SetNumberTag(*context, keywords::TAG_SUBSYSTEM_TYPE, subsystem.mType);
-    SetNumberTag(*context, keywords::TAG_DEVICE, subsystem.mDevice);
-    SetNumberTag(*context, keywords::TAG_STORE, subsystem.mStore);
-    const std::string layers = base.GetTag(TAG_STORE_LAYERS);
-    if (!layers.empty())
-        SetLayer(*context, subsystem, ParseStoreLayers(layers).value_or(StoreLayers()));
-    return context;
-}
-
-// Index tags are read back in the byte order of their keys: with leading zeros that is the order of the indices.
-std::string IndexTag(std::size_t number, std::size_t count)
-{
-    const std::string digits = std::to_string(number);
-    const std::size_t width = std::to_string(count).size();
-    return keywords::TAG_INDEX + std::string(width - digits.size(), '0') + digits;
-}
-
-ContextOwner KeyContext(IConfigContext & subsystemContext, const Key & key)
-{
-    ContextOwner context(subsystemContext.Clone());
-    if (key.mIndices.empty())
-        return context;
-    const std::size_t count = key.mIndices.size();
-    context->SetTag(keywords::TAG_NUM_INDICES, std::to_string(count));
-    for (std::size_t position = 0; position < count; ++position)
-        context->SetTag(IndexTag(position + 1, count), std::to_string(key.mIndices[position]));
-    return context;
-}
 
 bool IsContextGood(IConfigContext & context, const std::string & path)
 {
@@ -184,9 +125,7 @@ void CTomlReader::KeepRomStores(const Document & document)
 
 void CTomlReader::Deliver(Document & document, IConfigContext & context)
 {
-    const ContextOwner base = BaseContext(context);
-    if (!document.mChip.empty())
-        base->SetTag(keywords::TAG_CHIP, document.mChip);
+    const ContextOwner base = FileContext(context, document.mChip);
 
     // A file without subsystems names its chip in these two calls or nowhere.
     mObserver->OnReadStarted(*this, *base);
