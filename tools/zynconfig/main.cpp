@@ -1,6 +1,7 @@
 /// zynconfig: shows and converts the configuration of a chip. docs/zynconfig.md is the manual.
 
 #include "commandline.h"
+#include "commands.h"
 #include "errors.h"
 #include "session.h"
 
@@ -31,6 +32,17 @@ void KeepStandardStreams()
     }
 }
 
+bool Do(Command command, CSession & session)
+{
+    switch (command) {
+    case Command::Show:
+        return Show(session);
+    case Command::Convert:
+        return Convert(session);
+    }
+    return false;
+}
+
 int Run(int argumentCount, char ** arguments)
 {
     Options options;
@@ -43,9 +55,9 @@ int Run(int argumentCount, char ** arguments)
         VrexZynConfigTools::CTheMsgHnd::SetDebugLevel(ALL_DEBUG_LEVELS);
 
     CSession session(options);
-    const bool isDone =
-        session.Load() && (options.mCommand == Command::Show ? session.Show() : session.Convert());
-    return isDone ? EXIT_DONE : EXIT_WRONG_DATA;
+    const bool isDone = session.Load() && Do(options.mCommand, session);
+    const bool isAnyError = ReportChannel();   // also what the metadata left there without a question about it
+    return isDone && !isAnyError ? EXIT_DONE : EXIT_WRONG_DATA;
 }
 
 }   // namespace

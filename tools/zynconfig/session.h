@@ -1,4 +1,4 @@
-/// One run of the tool's work: reading the files, showing or writing what they hold.
+/// One run of the tool: what it was asked for, the plug-ins, the metadata, and what the files hold.
 
 #ifndef ZYNCONFIG_SESSION_H
 #define ZYNCONFIG_SESSION_H
@@ -18,7 +18,7 @@
 
 namespace zynconfig {
 
-/// Owns everything that a run makes. Each operation reports what went wrong and is false then.
+/// Owns what a run makes. Each operation reports what went wrong and is false then, or null.
 class CSession
 {
 public:
@@ -26,11 +26,27 @@ public:
     CSession(const CSession &) = delete;
     CSession & operator=(const CSession &) = delete;
 
+    const Options & Asked() const { return mOptions; }
+
     /// Loads the plug-ins, and the metadata if there is any. The other operations need them.
     bool Load();
 
-    bool Show();
-    bool Convert();
+    /// Null if none was named.
+    VrexZynConfigTools::IMetadataProvider * Metadata() const { return mRepository.Provider(); }
+
+    /// The context of a read: what the command line says.
+    VrexZynConfigTools::CZynContext ReadContext() const;
+
+    /// Reads all files, in place of what was read before.
+    bool ReadAll();
+    bool ReadAll(const VrexZynConfigTools::CZynContext & context);
+
+    /// What was read; only after a read.
+    VrexZynConfigTools::CChipConfig & Chip() const { return mReading->mChip; }
+    const CReadWatch & Watch() const { return mReading->mWatch; }
+
+    /// Makes the writer of the output.
+    std::unique_ptr<VrexZynConfigTools::IConfigWriter> CreateWriter();
 
 private:
     struct Reading
@@ -40,12 +56,7 @@ private:
     };
 
     bool HasPlugIn(const std::string & path, const std::string & format);
-    bool ReadAll(const VrexZynConfigTools::CZynContext & context);
     bool ReadFile(const std::string & file, const VrexZynConfigTools::CZynContext & context);
-    bool ReadFiltered();
-    bool Write();
-    VrexZynConfigTools::CZynContext ReadContext() const;
-    VrexZynConfigTools::CZynContext WriteContext() const;
 
     const Options & mOptions;
     std::string mPlugInFolder;
@@ -55,7 +66,6 @@ private:
     VrexZynConfigTools::CReaderWriterFactory & mModules;
     CRepository mRepository;
     std::vector<std::unique_ptr<VrexZynConfigTools::IConfigReader>> mReaders;
-    std::unique_ptr<VrexZynConfigTools::IConfigWriter> mWriter;
     std::unique_ptr<Reading> mReading;
 };
 

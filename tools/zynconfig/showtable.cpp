@@ -3,24 +3,15 @@
 #include "text.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cstdlib>
 #include <iterator>
 #include <string_view>
-#include <sys/ioctl.h>
-#include <unistd.h>
 
 namespace zynconfig {
 
 namespace {
 
-constexpr std::size_t DEFAULT_COLUMNS = 100;
 constexpr std::size_t LEAST_FOR_NAME = 12;
 constexpr std::size_t LEAST_FOR_VALUE = 20;   // names give way to it
-constexpr std::string_view GAP = "  ";
-constexpr std::string_view BOLD = "\033[1m";
-constexpr std::string_view DIM = "\033[2m";
-constexpr std::string_view PLAIN = "\033[0m";
 
 /// One line of the list of keys.
 struct Row
@@ -37,48 +28,6 @@ struct Widths
     std::size_t mNumber;
     std::size_t mName;
     std::size_t mLayer;
-};
-
-std::string TextOfEnvironment(const char * name)
-{
-    const char * const value = std::getenv(name);
-    return value == nullptr ? "" : value;
-}
-
-std::size_t TerminalColumns()
-{
-    const std::string text = TextOfEnvironment("COLUMNS");
-    std::size_t columns = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), columns);
-    if (error == std::errc() && end == text.data() + text.size() && columns > 0)
-        return columns;
-
-    winsize size = {};
-    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : DEFAULT_COLUMNS;
-}
-
-/// Makes lines that fit, with colour where it is wanted.
-class CLineMaker
-{
-public:
-    explicit CLineMaker(const TableStyle & style)
-        : mStyle(style)
-    {}
-
-    void Add(std::string_view line, std::string_view colour = {})
-    {
-        std::string cut = Cut(line, mStyle.mColumns);
-        cut.erase(cut.find_last_not_of(' ') + 1);
-        const bool isColoured = mStyle.mIsColoured && !colour.empty() && !cut.empty();
-        mText += isColoured ? std::string(colour) + cut + std::string(PLAIN) : cut;
-        mText += '\n';
-    }
-
-    std::string Take() { return std::move(mText); }
-
-private:
-    TableStyle mStyle;
-    std::string mText;
 };
 
 std::string LayerText(int number)
@@ -161,13 +110,6 @@ void AddKeys(const std::vector<ShownKey> & keys, std::size_t columns, CLineMaker
 }
 
 }   // namespace
-
-TableStyle StyleOfOutput()
-{
-    const bool isColoured = isatty(STDOUT_FILENO) == 1 && TextOfEnvironment("NO_COLOR").empty() &&
-                            TextOfEnvironment("TERM") != "dumb";
-    return { TerminalColumns(), isColoured };
-}
 
 std::string RenderTable(const ShownChip & chip, const TableStyle & style)
 {
