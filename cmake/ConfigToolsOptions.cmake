@@ -15,7 +15,8 @@ target_compile_options(configtools_warnings INTERFACE
 add_library(configtools_sanitizers INTERFACE)
 if(CONFIGTOOLS_SANITIZE)
     set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    target_compile_options(configtools_sanitizers INTERFACE ${sanitizers} -O1 -g1)
+    target_compile_options(configtools_sanitizers INTERFACE ${sanitizers} -g1
+        $<$<NOT:$<BOOL:$<TARGET_PROPERTY:CONFIGTOOLS_IS_TEST>>>:-O1>)
     target_link_options(configtools_sanitizers INTERFACE ${sanitizers})
 endif()
 

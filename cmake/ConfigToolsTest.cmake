@@ -7,13 +7,13 @@ find_package(GTest REQUIRED)
 # sanitizers, at all.
 add_library(configtools_test_options INTERFACE)
 target_link_libraries(configtools_test_options INTERFACE configtools_options)
-target_compile_options(configtools_test_options INTERFACE $<IF:$<CONFIG:Debug>,-O0,-O1>)
+target_compile_options(configtools_test_options INTERFACE $<$<NOT:$<CONFIG:Debug>>:-O1>)
 
 # GoogleTest's headers cost more to compile than most tests: they are compiled once.
 add_library(configtools_test_pch OBJECT "${PROJECT_SOURCE_DIR}/tests/support/pch.cpp")
 target_link_libraries(configtools_test_pch PRIVATE configtools_test_options GTest::gmock)
 target_precompile_headers(configtools_test_pch PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
-set_target_properties(configtools_test_pch PROPERTIES CXX_EXTENSIONS OFF)
+set_target_properties(configtools_test_pch PROPERTIES CXX_EXTENSIONS OFF CONFIGTOOLS_IS_TEST ON)
 
 # configtools_add_test(NAME <name> SOURCES <file>... [INTERNAL] [LIBRARIES <library>...])
 # A program of tests, each of which ctest runs by itself. It links the shared library as an outsider would;
@@ -25,6 +25,6 @@ function(configtools_add_test)
     target_link_libraries(${arg_NAME} PRIVATE
         ${library} configtools_test_support ${arg_LIBRARIES} configtools_test_options GTest::gmock GTest::gmock_main)
     target_precompile_headers(${arg_NAME} REUSE_FROM configtools_test_pch)
-    set_target_properties(${arg_NAME} PROPERTIES CXX_EXTENSIONS OFF)
+    set_target_properties(${arg_NAME} PROPERTIES CXX_EXTENSIONS OFF CONFIGTOOLS_IS_TEST ON)
     gtest_discover_tests(${arg_NAME} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${arg_NAME}/" PROPERTIES TIMEOUT 120)
 endfunction()
