@@ -49,6 +49,8 @@ std::uint32_t BitsOfFields(const IMetadata & metadata)
     if (details == nullptr || details->GetStructFields() == nullptr)
         return static_cast<std::uint32_t>(bits);
     for (const CStructField * const field : *details->GetStructFields()) {
+        if (field == nullptr)
+            continue;
         const std::int64_t end = std::int64_t{ field->ElemLsbBitPos() } + field->ElemBitWidth();
         bits = std::max(bits, static_cast<int>(end));
     }
@@ -99,7 +101,7 @@ constexpr RangeTest RANGE_TESTS[] = { RangeTestOf<&NumericVariable::mInt8>(keywo
 std::string FirstEnumName(const IMetadata & metadata, std::int32_t number)
 {
     auto * const detail = dynamic_cast<CMetadataDetailEnum *>(metadata.Details());
-    if (detail == nullptr)
+    if (detail == nullptr || detail->GetEnums() == nullptr)
         return std::string();
     for (const auto & [name, value] : *detail->GetEnums())
         if (value == number)
@@ -164,7 +166,8 @@ void CElementFactory::StartElement(const IMetadata & metadata)
     mMetadataType = metadata.MetadataType();
     mPsId = metadata.PsId();
     mName = metadata.Name();
-    mStructDepth = 0;   // a walk that broke off leaves structs open
+    if (mElement == nullptr || mMetadataType == METADATA_STRUCT)
+        mStructDepth = 0;   // structs that a walk left open when it broke off are no part of the new element
     if (mMetadataType == METADATA_STRUCT) {
         // An element left over from an earlier key is lost, intended: readers collect or clear between keys.
         KeepForEver(mElement);
@@ -227,11 +230,11 @@ void CElementFactory::OpenStruct(const IMetadata & metadata)
         Handler().SetErrorMsg(0, keywords::ERROR_UNEXPECTED);
         return;
     }
-    mFieldStack.push_back(payload);
     if (owner != nullptr)
         owner->AddField(complex.release());
     else
         element->AddField(complex.release());
+    mFieldStack.push_back(payload);   // last, so that nothing here is open that no element owns
 }
 
 void CElementFactory::EndStruct()
@@ -496,7 +499,9 @@ void CElementFactory::AddStructField(CElement * element)
 
 CComplexPayload * CElementFactory::OpenPayload() const
 {
-    if (mStructDepth == 0 || mFieldStack.empty())
+    // An element that was collected took its open structs along.
+    const bool isStruct = dynamic_cast<CElementStruct *>(mElement) != nullptr;
+    if (!isStruct || mStructDepth == 0 || mFieldStack.empty())
         return nullptr;
     return dynamic_cast<CComplexPayload *>(mFieldStack.back());
 }
