@@ -1,17 +1,20 @@
 #include "reader.h"
 
-#include "contexts.h"
 #include "findings.h"
 #include "report.h"
 
 #include <configtools/context.h>
 #include <configtools/keywords.h>
+#include <readcontexts/contexts.h>
+#include <readcontexts/storelayers.h>
 #include <tomlsyntax/tomlsyntax.h>
 
 #include <algorithm>
 #include <iterator>
 
 namespace tomlconfig {
+
+using namespace readcontexts;
 
 namespace {
 
@@ -136,7 +139,8 @@ void CTomlReader::Deliver(Document & document, IConfigContext & context)
 
 void CTomlReader::DeliverSubsystem(Subsystem & subsystem, IConfigContext & context)
 {
-    const ContextOwner own = SubsystemContext(context, subsystem);
+    const ContextOwner own =
+        SubsystemContext(context, { subsystem.mType, subsystem.mDevice, subsystem.mStore });
     mObserver->OnSubsystemFound(*this, *own);   // this replaces mElementObserver
     for (Key & key : subsystem.mKeys)
         DeliverKey(key, *own);
@@ -145,7 +149,7 @@ void CTomlReader::DeliverSubsystem(Subsystem & subsystem, IConfigContext & conte
 
 void CTomlReader::DeliverKey(Key & key, IConfigContext & subsystemContext)
 {
-    const ContextOwner own = KeyContext(subsystemContext, key);
+    const ContextOwner own = KeyContext(subsystemContext, key.mIndices);
     if (mElementObserver != nullptr)
         mElementObserver->OnElementFound(key.mElement.release(), *own);   // the observer owns it now
 }

@@ -4,7 +4,6 @@
 #define TOMLCONFIG_READER_H
 
 #include "document.h"
-#include "storelayers.h"
 
 #include <configtools/readerwriter.h>
 #include <configtools/stores.h>

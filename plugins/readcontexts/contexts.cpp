@@ -8,7 +8,9 @@
 #include <cstddef>
 #include <optional>
 
-namespace tomlconfig {
+namespace readcontexts {
+
+using namespace VrexZynConfigTools;
 
 namespace {
 
@@ -20,9 +22,9 @@ void SetNumberTag(IConfigContext & context, const char * tag, const std::optiona
         context.SetTag(tag);   // deletes what the caller's context may hold
 }
 
-void SetLayer(IConfigContext & context, const Subsystem & subsystem, const StoreLayers & layers)
+void SetLayer(IConfigContext & context, const SubsystemPlace & place, const StoreLayers & layers)
 {
-    const auto found = layers.find({ subsystem.mDevice.value_or(-1), subsystem.mStore.value_or(-1) });
+    const auto found = layers.find({ place.mDevice.value_or(-1), place.mStore.value_or(-1) });
     const bool isListed = found != layers.end();
     SetNumberTag(context, keywords::TAG_LAYER_NUMBER, isListed ? std::optional(found->second) : std::nullopt);
 }
@@ -48,28 +50,28 @@ ContextOwner FileContext(IConfigContext & caller, const std::string & chip)
     return context;
 }
 
-ContextOwner SubsystemContext(IConfigContext & fileContext, const Subsystem & subsystem)
+ContextOwner SubsystemContext(IConfigContext & fileContext, const SubsystemPlace & place)
 {
     ContextOwner context(fileContext.Clone());
-    SetNumberTag(*context, keywords::TAG_SUBSYSTEM_TYPE, subsystem.mType);
-    SetNumberTag(*context, keywords::TAG_DEVICE, subsystem.mDevice);
-    SetNumberTag(*context, keywords::TAG_STORE, subsystem.mStore);
+    SetNumberTag(*context, keywords::TAG_SUBSYSTEM_TYPE, place.mType);
+    SetNumberTag(*context, keywords::TAG_DEVICE, place.mDevice);
+    SetNumberTag(*context, keywords::TAG_STORE, place.mStore);
     const std::string layers = fileContext.GetTag(TAG_STORE_LAYERS);
     if (!layers.empty())
-        SetLayer(*context, subsystem, ParseStoreLayers(layers).value_or(StoreLayers()));
+        SetLayer(*context, place, ParseStoreLayers(layers).value_or(StoreLayers()));
     return context;
 }
 
-ContextOwner KeyContext(IConfigContext & subsystemContext, const Key & key)
+ContextOwner KeyContext(IConfigContext & subsystemContext, const std::vector<std::uint32_t> & indices)
 {
     ContextOwner context(subsystemContext.Clone());
-    if (key.mIndices.empty())
+    if (indices.empty())
         return context;
-    const std::size_t count = key.mIndices.size();
+    const std::size_t count = indices.size();
     context->SetTag(keywords::TAG_NUM_INDICES, std::to_string(count));
     for (std::size_t position = 0; position < count; ++position)
-        context->SetTag(IndexTag(position + 1, count), std::to_string(key.mIndices[position]));
+        context->SetTag(IndexTag(position + 1, count), std::to_string(indices[position]));
     return context;
 }
 
-}   // namespace tomlconfig
+}   // namespace readcontexts

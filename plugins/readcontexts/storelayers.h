@@ -1,8 +1,8 @@
 /// The tag "storelayers" of a read context, by which a tool that knows the layers of the stores already tells them to
 /// the reader: "DEVICE.STORE:LAYER,DEVICE.STORE:LAYER,..." in decimal, such as "1.1:1,4.1:2,15.1:3".
 
-#ifndef TOMLCONFIG_STORELAYERS_H
-#define TOMLCONFIG_STORELAYERS_H
+#ifndef READCONTEXTS_STORELAYERS_H
+#define READCONTEXTS_STORELAYERS_H
 
 #include <map>
 #include <optional>
@@ -10,7 +10,7 @@
 #include <string_view>
 #include <utility>
 
-namespace tomlconfig {
+namespace readcontexts {
 
 inline constexpr char TAG_STORE_LAYERS[] = "storelayers";
 
@@ -20,6 +20,6 @@ using StoreLayers = std::map<std::pair<int, int>, int>;
 /// Nothing for a text that isn't of the form above, or that names a store twice.
 std::optional<StoreLayers> ParseStoreLayers(std::string_view text);
 
-}   // namespace tomlconfig
+}   // namespace readcontexts
 
 #endif
