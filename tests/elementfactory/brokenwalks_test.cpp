@@ -135,7 +135,8 @@ TEST_F(BrokenWalks, a_codec_without_a_struct_element_reads_nothing)
     CElementFactory factory(&mSource, mContext, &codec);
     StructRecord field(ARecord(0).Array());
     field.Add(*mByte, 0, 8);
-    mSource.Number(7);
+    mSource.Number(1).Number(7);
+    factory.IntIndex(CTableIndex("index", 0, 1, CTableIndex::INDEX_INTEGER));   // the source has more
     field.mRecord->Inspect(factory);
 
     EXPECT_EQ(mErrors.Text(), UNEXPECTED);

@@ -50,6 +50,7 @@ TEST(Slots, CElementFactory)
     EXPECT_EQ((SlotOf<void(const std::string &, const std::string &)>(&F::SetContextInfo)), 15);
     EXPECT_EQ(SlotOf<void()>(&F::Clear), 16);
     EXPECT_EQ(SlotOf<CElement *()>(&F::Collect), 17);
+    EXPECT_EQ(support::SlotAfter<F>(), 18);
 }
 
 TEST_F(Factory, holds_nothing_at_first)

@@ -2,10 +2,9 @@
 
 #include "factory_fixture.h"
 
-#include <messages/messages.h>
+#include <messages/recordingsink.h>
 
 #include <string>
-#include <vector>
 
 namespace VrexZynConfigTools {
 namespace {
@@ -230,22 +229,6 @@ TEST_F(ByCodec, serves_one_struct_after_the_other)
     EXPECT_EQ(TreeOf(Read(*key.mRecord)), "{uint8=3 uint8=4}");
 }
 
-/// Keeps the status messages of a scope.
-class StatusCapture : public IMessageSink
-{
-public:
-    void OnDebugLine(const DebugLine & /*line*/) override {}
-    void OnStatus(GroupEnum /*group*/, StatusLevels /*level*/, const std::string & text) override
-    {
-        mTexts.push_back(text);
-    }
-
-    std::vector<std::string> mTexts;
-
-private:
-    CMessageSinkGuard mGuard{ this };
-};
-
 TEST_F(ByCodec, a_struct_in_octets_is_one_text_and_a_wrong_count_names_the_key)
 {
     const auto low = ByteField("low");
@@ -256,13 +239,15 @@ TEST_F(ByCodec, a_struct_in_octets_is_one_text_and_a_wrong_count_names_the_key)
     detail->AddField("", low.get(), 8, 8);
     mSource.Text("ab").Last().Text("a").Last();
 
-    StatusCapture status;
+    RecordingSink sink;
+    const CMessageSinkGuard guard(&sink);
     EXPECT_EQ(TreeOf(Read(*record)), "{uint8=97 uint8=98}");
-    EXPECT_EQ(status.mTexts, std::vector<std::string>{});
+    EXPECT_TRUE(sink.mStatuses.empty());
     Read(*record);
     EXPECT_EQ(mSource.Calls(), (Calls{ "NextString", "NextString" }));
-    EXPECT_EQ(status.mTexts,
-        std::vector<std::string>{ "reading data from binary - expected 2 octets, found 1 for psid=100" });
+    ASSERT_EQ(sink.mStatuses.size(), 1U);
+    EXPECT_EQ(
+        sink.mStatuses.front().mText, "reading data from binary - expected 2 octets, found 1 for psid=100");
 }
 
 }   // namespace
