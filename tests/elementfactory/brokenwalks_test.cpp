@@ -102,6 +102,16 @@ TEST_F(BrokenWalks, may_end_structures_that_never_began)
     EXPECT_EQ(TreeOf(ReadOn(*mByteKey.mRecord)), "{uint8=7}");
 }
 
+TEST_F(BrokenWalks, a_structure_that_never_began_does_not_upset_the_next_one)
+{
+    mFactory.StartElement(*mByteKey.mRecord);
+    mFactory.EndStruct();
+    mFactory.StartStruct(*mByteKey.mRecord);
+    mSource.Number(7);
+    mFactory.Int(*mByte);
+    EXPECT_EQ(TreeOf(Collect()), "{uint8=7}");
+}
+
 TEST_F(BrokenWalks, a_structure_without_a_struct_element_is_an_error)
 {
     const StructRecord field(ARecord(0));
