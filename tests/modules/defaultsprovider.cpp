@@ -1,5 +1,5 @@
-// A metadata provider that delivers a default value, in an element of a class of its own. Module and element tell of
-// their lives.
+// A metadata provider that delivers a default value, in an element of a class of its own or, for the argument "plain",
+// of the library's. Module, provider and element tell of their lives.
 
 #include "empty_provider.h"
 
@@ -62,10 +62,20 @@ public:
         mObserver->OnReadStarted(*this, context);
         const std::unique_ptr<IConfigContext> subsystem(context.Clone());
         mObserver->OnSubsystemFound(*this, *subsystem);
-        auto element = std::make_unique<CDefaultElement>();
+        auto element = NewElement();
         mElementObserver->OnElementFound(element.release(), *subsystem);   // the observer owns it now
         mObserver->OnSubsystemCompleted(*this, *subsystem);
         mObserver->OnReadEnded(*this, context);
+    }
+
+private:
+    std::unique_ptr<CElementNumericArray> NewElement() const
+    {
+        if (mSource != "plain")
+            return std::make_unique<CDefaultElement>();
+        auto element = std::make_unique<CElementNumericArray>(NUMERIC_UINT32, 100, "volume", false);
+        element->SetValue(std::vector<std::uint32_t>{ 6 });
+        return element;
     }
 };
 

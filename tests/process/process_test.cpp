@@ -59,6 +59,48 @@ TEST(AToolWithStaticHolders, ends_cleanly_without_plug_ins)
     EXPECT_THAT(end.mOutput, HasSubstr("\nerror after main\n"));
 }
 
+TEST(AToolWithAProvider, ends_while_the_default_values_still_have_the_code_of_their_module)
+{
+    ModuleFolder folder;
+    folder.With("defaultsprovider");
+    const std::string begin = "+defaultsprovider\n+element\nvolume 5\nvolume 5\n";
+    // A module's own static objects came last and so go first.
+    const std::string end = "-defaultsprovider\n-provider\nthe tool ends with 1 modules\n-element\n";
+    for (const char * const way : { "return", "exit" }) {
+        const ProgramEnd tool = RunProgram({ PROVIDER_HOLDER_TOOL, folder.Path(), way });
+        EXPECT_EQ(tool.mExitCode, 0) << way;
+        EXPECT_EQ(tool.mOutput, begin + end) << way;
+    }
+}
+
+TEST(AToolWithAProvider, ends_cleanly_after_its_provider)
+{
+    ModuleFolder folder;
+    folder.With("defaultsprovider");
+    const ProgramEnd tool = RunProgram({ PROVIDER_HOLDER_TOOL, folder.Path(), "delete" });
+    EXPECT_EQ(tool.mExitCode, 0) << tool.mOutput;
+    EXPECT_THAT(tool.mOutput,
+        HasSubstr("volume 5\n-provider\n-defaultsprovider\nthe tool ends with 1 modules\n-element\n"));
+}
+
+TEST(AToolWithAProvider, ends_cleanly_after_its_module_if_the_default_values_are_of_library_classes)
+{
+    ModuleFolder folder;
+    folder.With("defaultsprovider");
+    const ProgramEnd tool = RunProgram({ PROVIDER_HOLDER_TOOL, folder.Path(), "release" });
+    EXPECT_EQ(tool.mExitCode, 0) << tool.mOutput;
+    EXPECT_EQ(tool.mOutput, "+defaultsprovider\nvolume 6\nvolume 6\n-provider\n-defaultsprovider\n"
+                            "the tool ends with 0 modules\n");
+}
+
+TEST(AToolWithAProvider, ends_cleanly_without_plug_ins)
+{
+    const ModuleFolder empty;
+    const ProgramEnd tool = RunProgram({ PROVIDER_HOLDER_TOOL, empty.Path(), "return" });
+    EXPECT_EQ(tool.mExitCode, 3) << tool.mOutput;
+    EXPECT_EQ(tool.mOutput, "the tool ends with 0 modules\n");
+}
+
 TEST(TheLibrary, destroys_the_factory_after_everything_else_and_can_tell_so)
 {
     const Plugins plugins;

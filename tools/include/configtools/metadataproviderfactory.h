@@ -37,7 +37,8 @@ public:
     /// Appends the names of all modules accepted, in ascending byte order.
     void Providers(std::vector<std::string> & names);
 
-    /// Unloads all modules, after which another `Load` works. Their providers must be gone.
+    /// Unloads all modules, after which another `Load` works. Their providers must be gone. Default values that
+    /// `CHelper` has read live to the end of the process: if they are of classes of a module itself, it must stay.
     void Release();
 
     /// Number of modules accepted.
