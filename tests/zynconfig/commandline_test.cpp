@@ -76,7 +76,7 @@ TEST(CommandLine, help_that_cannot_be_written_is_an_error)
 TEST(CommandLine, a_command_and_its_files_are_needed)
 {
     ExpectRefused({}, "subcommand");
-    ExpectRefused({ "frobnicate" }, "\"frobnicate\" is no command; there are show and convert");
+    ExpectRefused({ "frobnicate" }, "\"frobnicate\" is no command; there are show, convert, ");
     ExpectRefused({ "--frobnicate" }, "--frobnicate");
     ExpectRefused({ "show" }, "files");
     ExpectRefused({ "convert", "-o", "b.toml" }, "files");

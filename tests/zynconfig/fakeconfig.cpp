@@ -5,8 +5,10 @@
 ///     started LABEL                   tells the label in OnReadStarted already
 ///     subsystem TYPE DEVICE STORE     "-" leaves a tag unset
 ///     key ID NAME KIND VALUE [INDEX]...
-///                                     KIND: number, text, octets, foreign, nullpayload; or nullelement
+///                                     KIND: number, text, texts (of a doubled value), octets, foreign, nullpayload,
+///                                     watched (its end is told on standard error); or nullelement
 ///     raw ID NAME                     a row without indices
+///     size DEVICE STORE SIZE FREE     reports a store with its sizes, as a store manager
 ///     stores DEVICE COUNT             reports stores 1 to COUNT of the device, as a store manager
 ///     error GROUP TEXT                leaves an error
 ///     status TEXT                     a warning
@@ -28,6 +30,7 @@
 #include <messages/messages.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <functional>
@@ -75,11 +78,26 @@ public:
     std::string ToString() override { return "foreign \033[31m"; }
 };
 
+class CWatchedElement : public CElementString
+{
+public:
+    CWatchedElement(std::uint32_t id, const std::string & name)
+        : CElementString(id, name, "watched", false, true)
+    {}
+    ~CWatchedElement() override { std::fputs("an element is gone\n", stderr); }
+};
+
 std::unique_ptr<CElement> MakeElement(
     std::uint32_t id, const std::string & name, const std::string & kind, const std::string & value)
 {
     if (kind == "text" || kind == "octets")
         return std::make_unique<CElementString>(id, name, Decoded(value), kind == "octets", true);
+    if (kind == "texts")
+        return std::make_unique<CElementString>(id, name,
+            std::vector<IPayload *>{ new CStringPayload(value, false), new CStringPayload(value, false) },
+            true);
+    if (kind == "watched")
+        return std::make_unique<CWatchedElement>(id, name);
     if (kind == "foreign")
         return std::make_unique<CElementNumericArray>(
             id, name, std::vector<IPayload *>{ new CForeignPayload }, true);
@@ -165,6 +183,8 @@ private:
             mContext->SetTag(first, second);
         } else if (order == "stores") {
             ReportStores(words);
+        } else if (order == "size") {
+            ReportSize(words);
         } else if (order == "subsystem") {
             StartSubsystem(words);
         } else if (order == "key") {
@@ -200,6 +220,16 @@ private:
         for (std::uint16_t store = 1; store <= count; ++store)
             mStores.push_back(
                 new CStoreInfo(static_cast<DEVICE>(device), store, 0xFFFFFFFF, -1, 0, store, false));
+    }
+
+    void ReportSize(std::istringstream & words)
+    {
+        int device = 0;
+        std::uint16_t store = 0;
+        std::uint32_t size = 0;
+        std::int32_t free = 0;
+        words >> device >> store >> size >> free;
+        mStores.push_back(new CStoreInfo(static_cast<DEVICE>(device), store, size, free, 0, store, false));
     }
 
     void StartSubsystem(std::istringstream & words)

@@ -2,6 +2,7 @@
 
 #include "errors.h"
 #include "formats.h"
+#include "keytext.h"
 #include "text.h"
 
 #include <CLI/CLI.hpp>
@@ -19,16 +20,39 @@ namespace {
 constexpr int TOP_LAYER = 15;
 
 constexpr char DESCRIPTION[] =
-    "Shows and converts the configuration of a chip. The stores that hold it are stacked into "
+    "Shows, checks and converts the configuration of a chip. The stores that hold it are stacked into "
     "layers,\nand of each key the value in the highest layer holds.\n";
 constexpr char FOOTER[] = "Exit codes: 0 done, 1 the data is wrong, 2 the command line is wrong.";
 constexpr char FILES_HELP[] = "The files to read into one chip, one after the other";
 constexpr char CONTEXT_HELP[] = "Tags for plug-ins and library, such as \"insertmode=new\"";
+constexpr char CHIP_HELP[] = "The chip, by its label, where the metadata is about several systems";
+constexpr char KEY_HELP[] =
+    "A key by name or number, of a table perhaps with indices, such as bt:257 or GainTrim.0.1";
+constexpr char PATTERN_HELP[] = "Only keys with such a name, such as '*Trim' or 'bt:*'; without regard to case";
+constexpr char NO_METADATA[] =
+    " needs metadata: tell its file by --metadata FILE or in the variable ZYNCONFIG_METADATA";
 constexpr char METADATA_HELP[] = "The metadata: what the chip's keys mean";
 constexpr char FROM_HELP[] = "The format of the files, whatever their extension: ";
 constexpr char TO_HELP[] = "The format of the output, whatever its extension: ";
 constexpr char FILTER_HELP[] =
     "Write each key once: from the highest layer up to N, or with -N from the lowest";
+
+struct CommandName
+{
+    const char * mName;
+    Command mCommand;
+    bool mNeedsMetadata;
+};
+
+constexpr std::array COMMANDS = {
+    CommandName{ "show", Command::Show, false },
+    CommandName{ "convert", Command::Convert, false },
+    CommandName{ "keys", Command::Keys, true },
+    CommandName{ "describe", Command::Describe, true },
+    CommandName{ "check", Command::Check, true },
+    CommandName{ "get", Command::Get, true },
+    CommandName{ "info", Command::Info, false },
+};
 
 /// A tag that --context must not set, because the tool or a reader does.
 struct ReservedTag
@@ -114,13 +138,18 @@ public:
         mApp.add_flag("--trace", options.mIsTraced, "Show the library's debug output on standard error");
         AddShow();
         AddConvert();
+        AddKeyCommands();
+        AddCheck();
+        AddInfo();
     }
 
     void Parse(int argumentCount, const char * const * arguments)
     {
         mApp.parse(argumentCount, arguments);
-        mOptions.mCommand = mApp.got_subcommand("show") ? Command::Show : Command::Convert;
-
+        for (const CommandName & each : COMMANDS) {
+            if (mApp.got_subcommand(each.mName))
+                Take(each);
+        }
         // Only now: the argument of an option that a command doesn't have would be taken for a file.
         for (const std::string & file : mOptions.mFiles)
             RequireKnownFormat(file, mOptions.mFrom);
@@ -135,7 +164,7 @@ public:
     {
         const std::vector<std::string> unknown = mApp.remaining();
         if (mApp.get_subcommands().empty() && !unknown.empty())
-            return Quoted(unknown.front()) + " is no command; there are show and convert";
+            return Quoted(unknown.front()) + " is no command; there are " + CommandNames();
         return error.what();
     }
 
@@ -147,15 +176,40 @@ public:
     }
 
 private:
-    CLI::App & AddCommand(const char * name, const char * description)
+    void Take(const CommandName & command)
     {
-        CLI::App & command = *mApp.add_subcommand(name, description);
-        command.add_option("files", mOptions.mFiles, FILES_HELP)->required()->type_name("FILE");
+        mOptions.mCommand = command.mCommand;
+        const bool isAboutNothing = command.mCommand == Command::Info && mOptions.mFiles.empty();
+        if (mOptions.mMetadata.empty() && (command.mNeedsMetadata || isAboutNothing))
+            throw CLI::ValidationError(command.mName + std::string(NO_METADATA));
+    }
+
+    std::string CommandNames() const
+    {
+        std::string names;
+        for (const CLI::App * const each : mApp.get_subcommands([](const CLI::App *) { return true; }))
+            names.append(names.empty() ? "" : ", ").append(each->get_name());
+        return names;
+    }
+
+    CLI::Option & AddFiles(CLI::App & command)
+    {
+        CLI::Option & files = *command.add_option("files", mOptions.mFiles, FILES_HELP)->type_name("FILE");
         AddFormat(command, "--from", mOptions.mFrom, FROM_HELP);
         command.add_option("--context", mOptions.mContext, CONTEXT_HELP)
             ->type_name("\"TAG=VALUE;...\"")
             ->check(Check(&ContextProblem));
-        return command;
+        return files;
+    }
+
+    void AddJson(CLI::App & command)
+    {
+        command.add_flag("--json", mOptions.mIsJson, "Print JSON, for scripts");
+    }
+
+    void AddChip(CLI::App & command)
+    {
+        command.add_option("--chip", mOptions.mChip, CHIP_HELP)->type_name("LABEL");
     }
 
     static void AddFormat(
@@ -168,19 +222,64 @@ private:
 
     void AddShow()
     {
-        CLI::App & show =
-            AddCommand("show", "Show the layers, and of each key every layer's value and which one holds");
-        show.add_flag("--json", mOptions.mIsJson, "Print JSON, for scripts");
+        CLI::App & show = *mApp.add_subcommand(
+            "show", "Show the layers, and of each key every layer's value and which one holds");
+        AddFiles(show).required();
+        AddJson(show);
     }
 
     void AddConvert()
     {
-        CLI::App & convert = AddCommand("convert", "Write all that the files hold, or with a filter what wins");
+        CLI::App & convert =
+            *mApp.add_subcommand("convert", "Write all that the files hold, or with a filter what wins");
+        AddFiles(convert).required();
         convert.add_option("-o,--output", mOptions.mOutput, "The file to write")->required()->type_name("OUT");
         AddFormat(convert, "--to", mOptions.mTo, TO_HELP);
         convert.add_option("--layer-filter", mLayerFilter, FILTER_HELP)
             ->type_name("N")
             ->check(Check(&LayerFilterProblem));
+    }
+
+    void AddKeyCommands()
+    {
+        CLI::App & keys = *mApp.add_subcommand("keys", "List the keys that the metadata knows");
+        keys.add_option("pattern", mOptions.mKey, PATTERN_HELP)->type_name("PATTERN");
+        AddChip(keys);
+        AddJson(keys);
+
+        CLI::App & describe = *mApp.add_subcommand("describe", "Tell all that the metadata knows about a key");
+        AddKey(describe);
+        AddChip(describe);
+        AddJson(describe);
+
+        CLI::App & get = *mApp.add_subcommand("get", "Print the value of a key that holds, or its default");
+        AddKey(get);
+        AddFiles(get).required();
+        AddJson(get);
+    }
+
+    void AddKey(CLI::App & command)
+    {
+        command.add_option("key", mOptions.mKey, KEY_HELP)
+            ->required()
+            ->type_name("KEY")
+            ->check(Check(&KeyTextProblem));
+    }
+
+    void AddCheck()
+    {
+        CLI::App & check =
+            *mApp.add_subcommand("check", "Hold the files against the metadata and tell what is wrong");
+        AddFiles(check).required();
+        AddJson(check);
+    }
+
+    void AddInfo()
+    {
+        CLI::App & info = *mApp.add_subcommand("info", "Tell chips and subsystems, and the stores of files");
+        AddFiles(info);
+        AddChip(info);
+        AddJson(info);
     }
 
     CLI::App mApp;

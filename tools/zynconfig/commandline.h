@@ -12,7 +12,12 @@ namespace zynconfig {
 enum class Command
 {
     Show,
-    Convert
+    Convert,
+    Keys,
+    Describe,
+    Check,
+    Info,
+    Get
 };
 
 struct Options
@@ -23,6 +28,8 @@ struct Options
     std::string mOutput;               // of `convert`; of a known format
     std::string mTo;                   // the format of the output; empty: by its extension
     std::string mMetadata;             // the metadata repository; empty: none
+    std::string mChip;                 // the label that selects a system; empty: the only one
+    std::string mKey;                  // what `describe` and `get` are about, and the pattern of `keys`
     std::optional<int> mLayerFilter;   // 1 to 15 or -15 to -1
     std::string mContext;              // tags as `IConfigContext::Parse` takes them
     std::string mPlugInFolder;         // empty: the usual one

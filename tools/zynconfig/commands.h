@@ -9,6 +9,13 @@ class CSession;
 
 bool Show(CSession & session);
 bool Convert(CSession & session);
+bool Info(CSession & session);
+
+// These need metadata.
+bool Keys(CSession & session);
+bool Describe(CSession & session);
+bool Check(CSession & session);
+bool Get(CSession & session);
 
 }   // namespace zynconfig
 

@@ -27,6 +27,8 @@ void PrintLines(const char * kind, const std::string & text)
     }
 }
 
+CErrorKeeper * gKeeper = nullptr;   // the one that lives, if any
+
 const char * OrEmpty(const char * text)
 {
     return text == nullptr ? "" : text;
@@ -36,7 +38,23 @@ const char * OrEmpty(const char * text)
 
 void ReportError(const std::string & text)
 {
-    PrintLines("error", text.empty() ? "an error without a text" : text);
+    const std::string told = text.empty() ? "an error without a text" : text;
+    PrintLines("error", told);
+    if (gKeeper == nullptr)
+        return;
+    std::istringstream lines(told);
+    for (std::string line; std::getline(lines, line);)
+        gKeeper->mLines.push_back(line);
+}
+
+CErrorKeeper::CErrorKeeper()
+{
+    gKeeper = this;
+}
+
+CErrorKeeper::~CErrorKeeper()
+{
+    gKeeper = nullptr;
 }
 
 bool ReportErrors(const std::vector<std::string> & texts)

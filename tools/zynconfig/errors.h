@@ -19,6 +19,23 @@ bool ReportErrors(const std::vector<std::string> & texts);
 /// Prints and clears the errors that stand in the library's message groups; true if there was any.
 bool ReportChannel();
 
+/// Keeps every line that is reported as an error during its life. One at a time.
+class CErrorKeeper
+{
+public:
+    CErrorKeeper();
+    ~CErrorKeeper();
+    CErrorKeeper(const CErrorKeeper &) = delete;
+    CErrorKeeper & operator=(const CErrorKeeper &) = delete;
+
+    const std::vector<std::string> & Lines() const { return mLines; }
+
+private:
+    friend void ReportError(const std::string & text);
+
+    std::vector<std::string> mLines;
+};
+
 /// Writes `text` to standard output. False, with the reason reported, if not all of it could be written.
 bool WriteOutput(const std::string & text);
 

@@ -39,6 +39,16 @@ bool Do(Command command, CSession & session)
         return Show(session);
     case Command::Convert:
         return Convert(session);
+    case Command::Keys:
+        return Keys(session);
+    case Command::Describe:
+        return Describe(session);
+    case Command::Check:
+        return Check(session);
+    case Command::Info:
+        return Info(session);
+    case Command::Get:
+        return Get(session);
     }
     return false;
 }

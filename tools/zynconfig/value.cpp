@@ -104,22 +104,19 @@ Value ValueOf(IPayload & payload)
     return { "", Value::Text{ payload.ToString() } };   // a class of a plug-in, known by its text only
 }
 
-bool IsArray(CElement & element)
+// Whether the payloads are the fields of one structure. A row whose only payload is a structure has that as its value.
+bool HoldsFields(const IMetadata & metadata, const std::vector<Value> & values)
 {
-    const IMetadata * const metadata = element.Metadata();
-    return metadata != nullptr && metadata->IsArray();
+    const bool isWhole = values.size() == 1 && std::holds_alternative<Value::Struct>(values.front().mContent);
+    return metadata.MetadataType() == METADATA_STRUCT && !metadata.IsArray() && !isWhole;
 }
 
-// Whether the payloads are the fields of one structure. A row whose only payload is a structure has that as its value.
-bool HoldsFields(CElement & element, const std::vector<Value> & values)
+Value ListOrSingle(std::vector<Value> values, bool isArray)
 {
-    if (IsArray(element))
-        return false;
-    if (dynamic_cast<CElementStruct *>(&element) != nullptr || dynamic_cast<CElementRaw *>(&element) != nullptr)
-        return true;
-    const IMetadata * const metadata = element.Metadata();
-    const bool isWhole = values.size() == 1 && std::holds_alternative<Value::Struct>(values.front().mContent);
-    return metadata != nullptr && metadata->MetadataType() == METADATA_STRUCT && !isWhole;
+    if (values.size() == 1 && !isArray)
+        return std::move(values.front());
+    std::string type = values.empty() ? std::string() : values.front().mType;
+    return { std::move(type), Value::List{ std::move(values) } };
 }
 
 std::string Joined(const std::vector<Value> & values)
@@ -151,15 +148,21 @@ struct TextMaker
 
 Value ValueOf(CElement & element)
 {
-    std::vector<Value> values = ValuesOf(element.GetPayloadCopy(false));
-    if (HoldsFields(element, values)) {
-        const bool isRaw = dynamic_cast<CElementRaw *>(&element) != nullptr;
-        return { isRaw ? TYPE_RAW : TYPE_STRUCT, Value::Struct{ std::move(values) } };
-    }
-    if (values.size() == 1 && !IsArray(element))
-        return std::move(values.front());
-    std::string type = values.empty() ? std::string() : values.front().mType;
-    return { std::move(type), Value::List{ std::move(values) } };
+    const IMetadata * const record = element.Metadata();
+    const IMetadata & metadata = record == nullptr ? CNullMetadata::Ref() : *record;
+    const std::vector<IPayload *> payloads = element.GetPayloadCopy(false);
+    const bool isRaw = dynamic_cast<CElementRaw *>(&element) != nullptr;
+    if (!metadata.IsArray() && (isRaw || dynamic_cast<CElementStruct *>(&element) != nullptr))
+        return { isRaw ? TYPE_RAW : TYPE_STRUCT, Value::Struct{ ValuesOf(payloads) } };
+    return ValueOf(payloads, metadata);
+}
+
+Value ValueOf(const std::vector<IPayload *> & payloads, const IMetadata & metadata)
+{
+    std::vector<Value> values = ValuesOf(payloads);
+    if (HoldsFields(metadata, values))
+        return { TYPE_STRUCT, Value::Struct{ std::move(values) } };
+    return ListOrSingle(std::move(values), metadata.IsArray());
 }
 
 std::string ToText(const Value & value)

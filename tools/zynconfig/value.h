@@ -10,7 +10,9 @@
 
 namespace VrexZynConfigTools {
 class CElement;
-}
+class IMetadata;
+class IPayload;
+}   // namespace VrexZynConfigTools
 
 namespace zynconfig {
 
@@ -46,6 +48,10 @@ struct Value
 
 /// What `element` holds. An element of several payloads, of none, or whose metadata calls it an array is a list.
 Value ValueOf(VrexZynConfigTools::CElement & element);
+
+/// What payloads hold that are the value of a key; `metadata` is the key's record.
+Value ValueOf(const std::vector<VrexZynConfigTools::IPayload *> & payloads,
+    const VrexZynConfigTools::IMetadata & metadata);
 
 /// On one line and fit for a terminal: 5, [1, 2], {1, {2, "x"}}, "text", 0a 1b (octets), NAME (3).
 std::string ToText(const Value & value);

@@ -1,0 +1,110 @@
+#include "describejson.h"
+
+#include "json.h"
+#include "layout.h"
+#include "shape.h"
+
+#include <cstdlib>
+
+namespace zynconfig {
+
+using namespace VrexZynConfigTools;
+
+namespace {
+
+Json JsonOf(const std::vector<NamedNumber> & enumerators)
+{
+    Json array = Json::array();
+    for (const NamedNumber & each : enumerators)
+        array.push_back({ { "name", JsonText(each.mName) }, { "number", each.mNumber } });
+    return array;
+}
+
+Json JsonOfLimits(std::int64_t least, std::int64_t most, bool isUnsigned)
+{
+    if (isUnsigned)
+        return { { "min", static_cast<std::uint64_t>(least) }, { "max", static_cast<std::uint64_t>(most) } };
+    return { { "min", least }, { "max", most } };
+}
+
+/// What keys and fields have in common.
+Json JsonOfShape(const IMetadata & metadata)
+{
+    const auto enumerators = EnumeratorsOf(metadata);
+    return { { "type", JsonText(TypeOf(metadata)) },
+        { "array", metadata.IsArray()
+                       ? JsonOfLimits(metadata.ArrayMinLength(), metadata.ArrayMaxLength(), false)
+                       : Json() },
+        { "range", HasRange(metadata) ? JsonOfLimits(metadata.Min(), metadata.Max(), HasUnsignedRange(metadata))
+                                      : Json() },
+        { "enumerators", enumerators.empty() ? Json() : JsonOf(enumerators) },
+        { "units", JsonText(metadata.Units()) }, { "format", JsonText(metadata.Format()) },
+        { "description", JsonText(metadata.Description()) } };
+}
+
+Json JsonOfIndices(const IMetadata & metadata)
+{
+    Json indices = Json::array();
+    for (std::uint32_t i = 1; i <= metadata.NumIndices(); ++i) {
+        const CTableIndex * const index = metadata.TableIndex(static_cast<std::uint16_t>(i));
+        if (index == nullptr)
+            continue;
+        const bool isInteger = index->Type() == CTableIndex::INDEX_INTEGER;
+        indices.push_back({ { "name", JsonText(index->Name()) },
+            { "range", isInteger ? JsonOfLimits(index->Min(), index->Max(), false) : Json() },
+            { "enumerators", isInteger ? Json() : JsonOf(EnumeratorsOf(*index)) } });
+    }
+    return indices;
+}
+
+Json JsonOfField(const LaidField & field)
+{
+    Json json = { { "name", JsonText(field.mPath) }, { "position", field.mPosition }, { "width", field.mWidth },
+        { "carried_back", field.mIsCarriedBack } };
+    json.update(JsonOfShape(*field.mMetadata));
+    return json;
+}
+
+Json JsonOfStruct(CMetadataDetailStruct & detail)
+{
+    const Layout layout = LayOut(detail);
+    Json fields = Json::array();
+    for (const LaidField & field : layout.mFields)
+        fields.push_back(JsonOfField(field));
+    Json bits = Json::array();
+    for (const LaidPiece & piece : layout.mPieces)
+        bits.push_back({ { "word", piece.mWord }, { "low", piece.mLowBit }, { "count", piece.mCount },
+            { "field", JsonText(piece.mLabel) }, { "value_bit", piece.mValueBit } });
+    return { { "bits", layout.mBits }, { "little_endian", detail.IsLittleEndian() },
+        { "octets", detail.IsOctetsInBin() }, { "fields", std::move(fields) }, { "map", std::move(bits) } };
+}
+
+Json JsonOf(const std::vector<DefaultValue> & defaults)
+{
+    Json array = Json::array();
+    for (const DefaultValue & each : defaults)
+        array.push_back({ { "indices", zynconfig::JsonOfIndices(each.mKey) }, { "value", JsonOf(each.mValue) },
+            { "text", ToText(each.mValue) } });
+    return array;
+}
+
+}   // namespace
+
+std::string RenderJson(const Record & record, const std::vector<DefaultValue> & defaults)
+{
+    const IMetadata & metadata = *record.mMetadata;
+    Json json = { { "format", JSON_FORMAT }, { "subsystem", SubsystemName(record.mSubsystem) },
+        { "id", metadata.PsId() }, { "name", JsonText(metadata.Name()) },
+        { "label", JsonText(metadata.Label()) } };
+    json.update(JsonOfShape(metadata));
+    json.update(Json{ { "access", JsonText(metadata.AccessRights()) },
+        { "temporality", JsonText(metadata.Temporality()) }, { "category", JsonText(metadata.Category()) },
+        { "table", JsonText(metadata.TableName()) }, { "oid", JsonText(metadata.Oid()) },
+        { "source", JsonText(metadata.SourceReference()) }, { "internal", metadata.IsInternal() },
+        { "indices", JsonOfIndices(metadata) }, { "defaults", JsonOf(defaults) } });
+    CMetadataDetailStruct * const detail = StructOf(metadata);
+    json["struct"] = detail == nullptr ? Json() : JsonOfStruct(*detail);
+    return TextOf(json);
+}
+
+}   // namespace zynconfig
