@@ -1,9 +1,12 @@
 #include "document.h"
 
+#include "describedkey.h"
 #include "findings.h"
+#include "keylookup.h"
 #include "typedkey.h"
 #include "values.h"
 
+#include <readcontexts/contexts.h>
 #include <tomlsyntax/tomlsyntax.h>
 
 #include <map>
@@ -18,11 +21,16 @@ constexpr std::int64_t MAX_TAG = 65535;   // types and store numbers are kept in
 class CDocumentReader
 {
 public:
-    CDocumentReader(Document & document, CFindings & findings)
+    CDocumentReader(
+        Document & document, CFindings & findings, IMetadataProvider * provider, IConfigContext & context)
         : mDocument(document)
         , mFindings(findings)
         , mValues(findings)
-    {}
+        , mCallerContext(context)
+    {
+        if (provider != nullptr)
+            mLookup.emplace(*provider, findings);
+    }
 
     void Read(const toml::table & root)
     {
@@ -34,6 +42,9 @@ public:
         }
         mValues.CheckFields(root, "the file", { field::CHIP, field::SUBSYSTEM });
         ReadChip(root);
+        mFileContext = readcontexts::FileContext(mCallerContext, mDocument.mChip);
+        if (mLookup)
+            mLookup->CheckChip(mDocument.mChipPlace, *mFileContext);
         if (const toml::node * subsystems = root.get(field::SUBSYSTEM))
             EachTable(*subsystems, field::SUBSYSTEM, "[[subsystem]]",
                 [this](const toml::table & table) { ReadSubsystem(table); });
@@ -80,6 +91,8 @@ private:
         subsystem.mDevice = ReadTag(table, field::DEVICE, DeviceWords(), -1);
         subsystem.mStore = ReadTag(table, field::STORE, {}, 0);
         mKeys = &subsystem.mKeys;
+        mSubsystemContext = readcontexts::SubsystemContext(
+            *mFileContext, { subsystem.mType, subsystem.mDevice, subsystem.mStore });
         if (const toml::node * keys = table.get(field::KEY))
             EachTable(
                 *keys, field::KEY, "[[subsystem.key]]", [this](const toml::table & key) { ReadKey(key); });
@@ -119,14 +132,22 @@ private:
 
     void ReadKey(const toml::table & table)
     {
-        if (auto key = ReadTypedKey(table, mFindings, mDocument.mRecords))
+        auto key = mLookup && !table.contains(field::TYPE)
+                       ? ReadDescribedKey(table, *mLookup, mFindings, *mSubsystemContext)
+                       : ReadTypedKey(table, mFindings, mDocument.mRecords, mLookup ? &*mLookup : nullptr,
+                             *mSubsystemContext);
+        if (key)
             mKeys->push_back(std::move(*key));
     }
 
     Document & mDocument;
     CFindings & mFindings;
     CValueReader mValues;
-    std::vector<Key> * mKeys = nullptr;   // of the subsystem that is being read
+    IConfigContext & mCallerContext;
+    std::optional<CKeyLookup> mLookup;   // empty without metadata
+    readcontexts::ContextOwner mFileContext;
+    readcontexts::ContextOwner mSubsystemContext;   // of the subsystem that is being read
+    std::vector<Key> * mKeys = nullptr;             // of the subsystem that is being read
 };
 
 std::string RowText(const Key & key)
@@ -139,12 +160,13 @@ std::string RowText(const Key & key)
 
 }   // namespace
 
-Document ReadDocument(const std::string & text, CFindings & findings)
+Document ReadDocument(
+    const std::string & text, CFindings & findings, IMetadataProvider * provider, IConfigContext & context)
 {
     Document document;
     tomlsyntax::SyntaxError error;
     if (const auto root = tomlsyntax::ParseText(text, error))
-        CDocumentReader(document, findings).Read(*root);
+        CDocumentReader(document, findings, provider, context).Read(*root);
     else
         findings.Add(error.mPlace, error.mText);
     return document;

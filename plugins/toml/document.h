@@ -5,8 +5,10 @@
 
 #include <toml++/toml.h>
 
+#include <configtools/context.h>
 #include <configtools/elements.h>
 #include <configtools/metadata.h>
+#include <configtools/metadataprovider.h>
 
 #include <cstdint>
 #include <memory>
@@ -46,8 +48,10 @@ struct Document
     std::vector<Subsystem> mSubsystems;
 };
 
-/// The content of a file's text. Findings, if any, mean that the result isn't to be used.
-Document ReadDocument(const std::string & text, CFindings & findings);
+/// The content of a file's text, read for this context. Findings, if any, mean that the result isn't to be used. Without
+/// a provider, each key has to say its type; with one, the elements of others have its records.
+Document ReadDocument(
+    const std::string & text, CFindings & findings, IMetadataProvider * provider, IConfigContext & context);
 
 /// One message for each key that stands twice in one subsystem of one store.
 std::vector<std::string> FindDuplicates(const Document & document, const std::string & path);

@@ -52,13 +52,15 @@ std::size_t DistanceOf(const std::string & left, const std::string & right)
 
 std::string Nearest(const std::string & word, const std::vector<std::string> & known)
 {
-    constexpr std::size_t LONGEST = 30;   // no word of the format is longer
+    constexpr std::size_t LONGEST = 64;   // hardly any name is longer
     if (word.size() > LONGEST)
         return "";
     std::string nearest;
     std::size_t best = std::max<std::size_t>(1, word.size() / 3) + 1;
     for (const std::string & candidate : known) {
-        const std::size_t distance = DistanceOf(Lowered(word), candidate);
+        if (candidate.size() > LONGEST)
+            continue;
+        const std::size_t distance = DistanceOf(Lowered(word), Lowered(candidate));
         if (distance < best) {
             best = distance;
             nearest = candidate;
@@ -83,9 +85,24 @@ void CFindings::Add(const toml::node & node, const std::string & text)
     Add(node.source().begin, text);
 }
 
+void CFindings::Warn(const toml::node & node, const std::string & text)
+{
+    mWarnings.push_back(PlaceText(mPath, node.source().begin) + ": " + Printable(text));
+}
+
 bool CFindings::IsEmpty() const
 {
     return mFindings.empty();
+}
+
+std::size_t CFindings::Count() const
+{
+    return mFindings.size();
+}
+
+const std::vector<std::string> & CFindings::Warnings() const
+{
+    return mWarnings;
 }
 
 std::string CFindings::Text() const
@@ -135,18 +152,23 @@ const char * KindOf(const toml::node & node)
     }
 }
 
+std::string Expected(const std::vector<std::string> & known)
+{
+    constexpr std::size_t MOST = 20;
+    if (known.empty())
+        return "";
+    std::string list = Quoted(known.front());
+    for (std::size_t position = 1; position < std::min(known.size(), MOST); ++position)
+        list += (position + 1 < known.size() ? ", " : " or ") + Quoted(known[position]);
+    return "; expected " + list + (known.size() > MOST ? ", ..." : "");
+}
+
 std::string Advice(const std::string & word, const std::vector<std::string> & known)
 {
     const std::string nearest = Nearest(word, known);
     if (!nearest.empty())
         return "; did you mean " + Quoted(nearest) + '?';
-    std::string list;
-    for (std::size_t position = 0; position < known.size(); ++position) {
-        if (position != 0)
-            list += position + 1 < known.size() ? ", " : " or ";
-        list += Quoted(known[position]);
-    }
-    return "; expected " + list;
+    return Expected(known);
 }
 
 }   // namespace tomlconfig

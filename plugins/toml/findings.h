@@ -5,6 +5,7 @@
 
 #include <toml++/toml.h>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,10 +22,17 @@ public:
     /// At the begin of a node.
     void Add(const toml::node & node, const std::string & text);
 
+    /// What is no mistake but has to be known, such as a value that is left out.
+    void Warn(const toml::node & node, const std::string & text);
+
     bool IsEmpty() const;
+    std::size_t Count() const;
 
     /// "file:line:column: text", a line for each finding, in the order of the file.
     std::string Text() const;
+
+    /// "file:line:column: text" for each warning, as they came.
+    const std::vector<std::string> & Warnings() const;
 
 private:
     struct Finding
@@ -35,6 +43,7 @@ private:
 
     std::string mPath;
     std::vector<Finding> mFindings;
+    std::vector<std::string> mWarnings;
 };
 
 /// "file:line:column".
@@ -45,6 +54,9 @@ std::string Quoted(std::string_view text);
 
 /// What a node is, in words: "a whole number", "a text".
 const char * KindOf(const toml::node & node);
+
+/// `; expected "a", "b" or "c"`, cut where there are many.
+std::string Expected(const std::vector<std::string> & known);
 
 /// `; did you mean "uint8"?` where one of the words is near; otherwise `; expected "a", "b" or "c"`.
 std::string Advice(const std::string & word, const std::vector<std::string> & known);

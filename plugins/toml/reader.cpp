@@ -63,7 +63,10 @@ void CTomlReader::SetElementObserver(IConfigReaderElementObserver & observer)
     mElementObserver = &observer;
 }
 
-void CTomlReader::SetMetadataProvider(IMetadataProvider &) {}
+void CTomlReader::SetMetadataProvider(IMetadataProvider & provider)
+{
+    mProvider = &provider;
+}
 
 void CTomlReader::Read(IConfigContext & context)
 {
@@ -83,15 +86,26 @@ void CTomlReader::ReadFileAndDeliver(IConfigContext & context)
         return ReportError(error);
 
     CFindings findings(mPath);
-    Document document = ReadDocument(*content, findings);
+    Document document = ReadQuietly(*content, findings, context);
     CheckChip(document, context, findings);
     if (!findings.IsEmpty())
         return ReportError(findings.Text());
+    for (const std::string & warning : findings.Warnings())
+        ReportWarning(warning);
 
     WarnOfDuplicates(document, context);
     KeepRecords(document);
     KeepRomStores(document);
     Deliver(document, context);
+}
+
+// The library's checks clear the groups of errors for each key, and leave errors of their own there. What the caller
+// had in them is kept.
+Document CTomlReader::ReadQuietly(
+    const std::string & text, CFindings & findings, IConfigContext & context) const
+{
+    const CErrorsSetAside errors;
+    return ReadDocument(text, findings, mProvider, context);
 }
 
 // A key may stand in a store more than once: without an insert mode, all of them are kept. Otherwise one is lost.

@@ -14,7 +14,7 @@
 
 namespace tomlconfig {
 
-/// Reads one file. Elements point at records that this object owns, so it must outlive them.
+/// Reads one file. Elements point at records that this object or the metadata provider owns, so both must outlive them.
 ///
 /// It reports the stores of "rom" as a store manager does: a chip configuration records no others of this device.
 class CTomlReader : public IConfigReader, public IStoreManager
@@ -28,7 +28,8 @@ public:
     void SetObserver(IConfigReaderObserver & observer) override;
     void SetElementObserver(IConfigReaderElementObserver & observer) override;
 
-    /// Not used: these files say all there is to know.
+    /// With a provider, keys without a type are built by its records. Elements then point at these, so the provider must
+    /// outlive the elements.
     void SetMetadataProvider(IMetadataProvider & provider) override;
 
     /// Builds everything before it delivers anything. If the file or the context is wrong, what is wrong is told in
@@ -41,6 +42,7 @@ public:
 
 private:
     void ReadFileAndDeliver(IConfigContext & context);
+    Document ReadQuietly(const std::string & text, CFindings & findings, IConfigContext & context) const;
     void WarnOfDuplicates(const Document & document, IConfigContext & context) const;
     void KeepRecords(Document & document);
     void KeepRomStores(const Document & document);
@@ -50,6 +52,7 @@ private:
 
     std::string mPath;
     IConfigReaderObserver * mObserver = nullptr;   // the caller's
+    IMetadataProvider * mProvider = nullptr;       // the caller's; null for none
     IConfigReaderElementObserver * mElementObserver =
         nullptr;                          // the caller's; observers replace it during a read
     RecordList mRecords;                  // of all reads so far

@@ -5,6 +5,7 @@
 
 #include <exception>
 #include <new>
+#include <optional>
 #include <string>
 
 namespace tomlconfig {
@@ -16,6 +17,31 @@ void ReportError(const std::string & text);
 
 /// A status message; no error.
 void ReportWarning(const std::string & text);
+
+/// The error that stands in the framework's group, which is cleared by this, as that of outer readers is.
+std::optional<std::string> TakeError();
+
+/// Sets aside what stands in the groups of the framework and of outer readers, for whom calls what clears them, and
+/// puts it back at the end of the scope, in place of what stands there then.
+class CErrorsSetAside
+{
+public:
+    CErrorsSetAside();
+    CErrorsSetAside(const CErrorsSetAside &) = delete;
+    CErrorsSetAside & operator=(const CErrorsSetAside &) = delete;
+    ~CErrorsSetAside();
+
+private:
+    struct Error
+    {
+        bool mStands = false;
+        short mCode = 0;
+        std::string mText;
+    };
+
+    Error mFramework;
+    Error mOuterReader;
+};
 
 /// Why an exception ended an operation on `path`.
 void ReportException(const std::string & path, const char * what);

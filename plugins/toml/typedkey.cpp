@@ -1,6 +1,7 @@
 #include "typedkey.h"
 
 #include "findings.h"
+#include "recordfacts.h"
 #include "values.h"
 
 #include <configtools/keywords.h>
@@ -84,10 +85,12 @@ std::unique_ptr<CElement> MakeRowWithoutIndices(const KeyHead & head, CElement &
 class CTypedKeyReader
 {
 public:
-    CTypedKeyReader(CFindings & findings, RecordList & records)
+    CTypedKeyReader(CFindings & findings, RecordList & records, CKeyLookup * lookup, IConfigContext & context)
         : mFindings(findings)
         , mValues(findings)
         , mRecords(records)
+        , mLookup(lookup)
+        , mContext(context)
     {}
 
     std::optional<Key> Read(const toml::table & table)
@@ -117,13 +120,36 @@ private:
         return ReadIndices(table, head) && hasId && hasName && hasType;
     }
 
-    // A key is known by its number. Once there is a description of the chip to look names up in, a name alone may do.
+    // A key is known by its number, which metadata know by the name too.
     bool ReadId(const toml::table & table, KeyHead & head)
     {
+        if (mLookup != nullptr && !table.contains(field::ID) && table.contains(field::NAME)) {
+            const IMetadata * const record = mLookup->KeyOf(table, mContext);
+            head.mId = record != nullptr ? record->PsId() : 0;
+            return record != nullptr;
+        }
         const toml::node * node = mValues.Required(table, field::ID, "a key has a number");
         const auto number = node != nullptr ? mValues.Integer(*node, field::ID, 1, MAX_UINT32) : std::nullopt;
         head.mId = static_cast<std::uint32_t>(number.value_or(0));
         return number.has_value();
+    }
+
+    bool IsTypeRight(const toml::node & node, const KeyHead & head)
+    {
+        const IMetadata * const record =
+            mLookup != nullptr && head.mId != 0 ? mLookup->ById(head.mId, node, mContext) : nullptr;
+        if (record == nullptr || head.mType == word::RAW || !IsDescribed(*record))
+            return true;
+        const std::string expected = TypeWordOf(*record);
+        const auto isInteger = [](const std::string & type) {
+            return type == keywords::TYPE_INTEGER || type == keywords::TYPE_INT64;
+        };
+        if (head.mType == expected || (isInteger(head.mType) && isInteger(expected)))
+            return true;
+        mFindings.Add(node, "the type " + Quoted(head.mType) + " contradicts the metadata, by which " +
+                                Quoted(KeyText(*record)) + " is " + Quoted(expected) +
+                                "; leave the type out, or correct it");
+        return false;
     }
 
     bool ReadName(const toml::table & table, KeyHead & head)
@@ -138,7 +164,8 @@ private:
 
     bool ReadType(const toml::table & table, KeyHead & head)
     {
-        const toml::node * node = mValues.Required(table, field::TYPE, "a key has the type of its value");
+        const toml::node * node =
+            mValues.Required(table, field::TYPE, "without metadata a key says the type of its value");
         if (node == nullptr)
             return false;
         const auto * text = node->as_string();
@@ -152,7 +179,7 @@ private:
             return false;
         }
         head.mType = text->get();
-        return true;
+        return IsTypeRight(*node, head);
     }
 
     // One index as a number, several as an array.
@@ -286,13 +313,16 @@ private:
     CFindings & mFindings;
     CValueReader mValues;
     RecordList & mRecords;
+    CKeyLookup * mLookup;   // null without metadata
+    IConfigContext & mContext;
 };
 
 }   // namespace
 
-std::optional<Key> ReadTypedKey(const toml::table & table, CFindings & findings, RecordList & records)
+std::optional<Key> ReadTypedKey(const toml::table & table, CFindings & findings, RecordList & records,
+    CKeyLookup * lookup, IConfigContext & context)
 {
-    return CTypedKeyReader(findings, records).Read(table);
+    return CTypedKeyReader(findings, records, lookup, context).Read(table);
 }
 
 }   // namespace tomlconfig

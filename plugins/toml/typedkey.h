@@ -4,13 +4,19 @@
 #define TOMLCONFIG_TYPEDKEY_H
 
 #include "document.h"
+#include "keylookup.h"
+
+#include <configtools/context.h>
 
 #include <optional>
 
 namespace tomlconfig {
 
 /// The key that `table` describes; nothing, with findings, for one that isn't understood. Its record goes to `records`.
-std::optional<Key> ReadTypedKey(const toml::table & table, CFindings & findings, RecordList & records);
+///
+/// With a lookup, which may be null, a name alone does, and a type that isn't the one in the metadata is a mistake.
+std::optional<Key> ReadTypedKey(const toml::table & table, CFindings & findings, RecordList & records,
+    CKeyLookup * lookup, IConfigContext & context);
 
 }   // namespace tomlconfig
 

@@ -6,7 +6,6 @@
 #include <configtools/keywords.h>
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 
 namespace tomlconfig {
@@ -18,19 +17,6 @@ constexpr char FIELD_FORM[] = "a field { TYPE = VALUE } or a nested structure [ 
 std::string RangeText(std::int64_t min, std::uint64_t max)
 {
     return std::to_string(min) + " to " + std::to_string(max);
-}
-
-// Text form of unsigned 64-bit numbers, which may lie above what an integer of a file can be.
-std::optional<std::uint64_t> ParseUnsigned(std::string_view text)
-{
-    const bool isHex = text.substr(0, 2) == "0x";
-    if (isHex)
-        text.remove_prefix(2);
-    std::uint64_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, isHex ? 16 : 10);
-    if (error != std::errc() || end != text.data() + text.size())
-        return std::nullopt;
-    return number;
 }
 
 }   // namespace

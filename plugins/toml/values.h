@@ -38,6 +38,9 @@ public:
     /// `"value": expected ..., found ...`
     void AddMismatch(const toml::node & node, const std::string & name, const std::string & expected);
 
+    /// Bytes as a text of hexadecimal pairs.
+    std::optional<std::string> Octets(const toml::node & node, const std::string & name);
+
     /// A text as it is, or { hex = "..." }.
     std::optional<std::string> Text(const toml::node & node, const std::string & name);
 
@@ -57,7 +60,6 @@ public:
     PayloadList Fields(const toml::array & array, int depth);
 
 private:
-    std::optional<std::string> Octets(const toml::node & node, const std::string & name);
     std::unique_ptr<IPayload> Field(const toml::node & node, int depth);
     std::unique_ptr<IPayload> TypedField(const toml::table & table, int depth);
     std::unique_ptr<IPayload> Structure(

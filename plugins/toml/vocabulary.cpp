@@ -186,6 +186,18 @@ std::optional<std::int64_t> ParseDecimal(std::string_view text, std::int64_t min
     return number;
 }
 
+std::optional<std::uint64_t> ParseUnsigned(std::string_view text)
+{
+    const bool isHex = text.substr(0, 2) == "0x";
+    if (isHex)
+        text.remove_prefix(2);
+    std::uint64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, isHex ? 16 : 10);
+    if (error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return number;
+}
+
 std::string HexText(std::string_view bytes, std::string_view separator)
 {
     static constexpr char DIGITS[] = "0123456789abcdef";

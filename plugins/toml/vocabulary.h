@@ -81,6 +81,9 @@ const std::vector<TagWord> & DeviceWords();
 /// Decimal digits with an optional "-", and nothing else, within the range.
 std::optional<std::int64_t> ParseDecimal(std::string_view text, std::int64_t min, std::int64_t max);
 
+/// An unsigned number, which may lie above what an integer of a file can be: decimal or "0x" with hexadecimal digits.
+std::optional<std::uint64_t> ParseUnsigned(std::string_view text);
+
 /// Lower-case pairs of digits, joined by `separator`.
 std::string HexText(std::string_view bytes, std::string_view separator);
 

@@ -60,6 +60,12 @@ public:
         return dynamic_cast<CMetadataDetailStruct &>(*Enlist(subsystem, key).Details());
     }
 
+    /// A record that says nothing of its value.
+    CMetadata & Bare(SubSystemTypeEnum subsystem, const ARecord & record)
+    {
+        return Enlist(subsystem, Own(record));
+    }
+
     // Records of fields, which have the number 0. A nested struct gets its fields through `Details`.
 
     CMetadata & NumberField(const ARecord & record)

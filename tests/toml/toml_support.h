@@ -91,6 +91,9 @@ inline std::unique_ptr<IConfigWriter> MakeWriter(const std::string & path)
 class ReadChip
 {
 public:
+    /// From now on the readers get this provider, which outlives the elements; null for none.
+    void Use(IMetadataProvider * provider) { mProvider = provider; }
+
     /// Whether the read left no error.
     bool Read(const std::string & path, const std::string & tags = "")
     {
@@ -98,6 +101,8 @@ public:
         context.Parse(tags);
         mReaders.push_back(MakeReader(path));
         mReaders.back()->SetObserver(mChip);
+        if (mProvider != nullptr)
+            mReaders.back()->SetMetadataProvider(*mProvider);
         mReaders.back()->Read(context);
         return !FrameworkErrorStands();
     }
@@ -128,6 +133,7 @@ private:
             .IsErrorSet(GROUP_FRAMEWORK, true);
     }
 
+    IMetadataProvider * mProvider = nullptr;
     std::vector<std::unique_ptr<IConfigReader>> mReaders;
     CChipConfig mChip;
 };
@@ -216,6 +222,9 @@ inline void ExpectEqual(const CChipConfig & left, const CChipConfig & right)
 class TomlTest : public ::testing::Test
 {
 protected:
+    /// What readers get; null for none.
+    virtual IMetadataProvider * Provider() { return nullptr; }
+
     std::string Put(const std::string & text)
     {
         const std::string path = mFolder / "in.toml";
@@ -228,6 +237,7 @@ protected:
     {
         const std::string path = Put(text);
         ReadChip chip;
+        chip.Use(Provider());
         chip.Read(path, tags);
         std::string error = mErrors.Text();
         mErrors.Clear();

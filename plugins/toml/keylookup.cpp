@@ -1,0 +1,132 @@
+#include "keylookup.h"
+
+#include "findings.h"
+#include "recordfacts.h"
+#include "report.h"
+#include "vocabulary.h"
+
+#include <configtools/keywords.h>
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <vector>
+
+namespace tomlconfig {
+
+namespace {
+
+constexpr std::int64_t MAX_UINT32 = std::numeric_limits<std::uint32_t>::max();
+
+char Lowered(char character)
+{
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
+// As names of elements are compared.
+bool AreAlike(const std::string & left, const std::string & right)
+{
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+        [](char one, char other) { return Lowered(one) == Lowered(other); });
+}
+
+}   // namespace
+
+CKeyLookup::CKeyLookup(IMetadataProvider & provider, CFindings & findings)
+    : mProvider(provider)
+    , mFindings(findings)
+    , mValues(findings)
+{}
+
+void CKeyLookup::CheckChip(const toml::source_position & place, IConfigContext & context)
+{
+    const std::string label = context.GetTag(keywords::TAG_CHIP);
+    if (label.empty())
+        return;   // all systems are meant
+    const std::unique_ptr<IConfigContext> anyChip(context.Clone());
+    anyChip->SetTag(keywords::TAG_CHIP);
+    std::vector<std::string> known;
+    for (const IChipInfo * const chip : mProvider.Chips(*anyChip))
+        known.push_back(chip->SystemVersionLabel());
+    const auto error = TakeError();
+    mIsUsable = !error && std::find(known.begin(), known.end(), label) != known.end();
+    if (error)
+        mFindings.Add(place, "the metadata can't be read: " + *error);
+    else if (!mIsUsable)
+        mFindings.Add(place, "unknown chip " + Quoted(label) +
+                                 (known.empty() ? "; the metadata knows none" : Advice(label, known)));
+}
+
+template <typename AskT>
+const IMetadata * CKeyLookup::Ask(const toml::source_position & place, AskT ask)
+{
+    if (!mIsUsable)
+        return nullptr;
+    const IMetadata & record = ask();
+    if (const auto error = TakeError()) {
+        mIsUsable = false;
+        mFindings.Add(place, "the metadata can't be read: " + *error);
+        return nullptr;
+    }
+    return record.IsValid() && record.PsId() != 0 ? &record : nullptr;
+}
+
+const IMetadata * CKeyLookup::ById(std::uint32_t psId, const toml::node & place, IConfigContext & context)
+{
+    return Ask(
+        place.source().begin, [&]() -> const IMetadata & { return mProvider.MetadataById(psId, context); });
+}
+
+const IMetadata * CKeyLookup::ByName(
+    const std::string & name, const toml::node & place, IConfigContext & context)
+{
+    return Ask(
+        place.source().begin, [&]() -> const IMetadata & { return mProvider.MetadataByName(name, context); });
+}
+
+const IMetadata * CKeyLookup::KeyOf(const toml::table & table, IConfigContext & context)
+{
+    const toml::node * const idNode = table.get(field::ID);
+    const toml::node * const nameNode = table.get(field::NAME);
+    if (idNode == nullptr && nameNode == nullptr) {
+        mFindings.Add(table, "\"name\" is missing: a key has a name or a number");
+        return nullptr;
+    }
+    const auto id = idNode != nullptr ? mValues.Integer(*idNode, field::ID, 1, MAX_UINT32) : std::nullopt;
+    const auto name = nameNode != nullptr ? mValues.Text(*nameNode, field::NAME) : std::nullopt;
+    if ((idNode != nullptr && !id) || (nameNode != nullptr && !name))
+        return nullptr;
+    const IMetadata * const record =
+        id ? ById(static_cast<std::uint32_t>(*id), *idNode, context) : ByName(*name, *nameNode, context);
+    if (record != nullptr)
+        return id && name && !Agree(*nameNode, *name, *record) ? nullptr : record;
+    if (!mIsUsable)
+        return nullptr;
+    if (!id)
+        AddUnknown(*nameNode, *name, context);
+    else if (const IMetadata * const named = name ? ByName(*name, *nameNode, context) : nullptr)
+        mFindings.Add(*idNode, "unknown key " + std::to_string(*id) + "; " + Quoted(named->Name()) +
+                                   " has the number " + std::to_string(named->PsId()));
+    else
+        mFindings.Add(*idNode, "unknown key " + std::to_string(*id));
+    return nullptr;
+}
+
+void CKeyLookup::AddUnknown(const toml::node & node, const std::string & name, IConfigContext & context)
+{
+    const std::string nearest = mProvider.NearestName(name, context);
+    TakeError();   // without a name to advise, the finding is the same
+    mFindings.Add(node,
+        "unknown key " + Quoted(name) + (nearest.empty() ? "" : "; did you mean " + Quoted(nearest) + '?'));
+}
+
+bool CKeyLookup::Agree(const toml::node & node, const std::string & name, const IMetadata & record)
+{
+    if (AreAlike(name, record.Name()))
+        return true;
+    mFindings.Add(node, "\"name\": the key " + std::to_string(record.PsId()) + " is called " +
+                            Quoted(record.Name()) + ", not " + Quoted(name));
+    return false;
+}
+
+}   // namespace tomlconfig

@@ -1,0 +1,306 @@
+#include "keywalk.h"
+
+#include "findings.h"
+#include "recordfacts.h"
+#include "report.h"
+
+#include <structtree/structtree.h>
+
+#include <configtools/keywords.h>
+
+#include <algorithm>
+#include <string_view>
+
+namespace tomlconfig {
+
+namespace {
+
+constexpr std::size_t MAX_ITEMS = 65536;   // of one array
+
+bool BeginsWith(std::string_view text, std::string_view beginning)
+{
+    return text.substr(0, beginning.size()) == beginning;
+}
+
+std::string CountText(std::uint64_t count, const std::string & what)
+{
+    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
+}   // namespace
+
+CKeyWalk::CKeyWalk(CElementFactory & factory, CValueSource & source, CFindings & findings,
+    const toml::node & value, bool checks)
+    : mFactory(factory)
+    , mSource(source)
+    , mFindings(findings)
+    , mValues(findings)
+    , mValue(value)
+    , mChecks(checks)
+{}
+
+void CKeyWalk::StartElement(const IMetadata & metadata)
+{
+    mFactory.StartElement(metadata);
+}
+
+void CKeyWalk::EndElement()
+{
+    mFactory.EndElement();
+}
+
+void CKeyWalk::IntIndex(const CTableIndex & index)
+{
+    mSource.UseIndex(index);
+    mFactory.IntIndex(index);
+}
+
+void CKeyWalk::EnumIndex(const CTableIndex & index)
+{
+    mSource.UseIndex(index);
+    mFactory.EnumIndex(index);
+}
+
+void CKeyWalk::Int(const IMetadata & metadata)
+{
+    Deliver(metadata, &CElementFactory::Int);
+}
+
+void CKeyWalk::String(const IMetadata & metadata)
+{
+    Deliver(metadata, &CElementFactory::String);
+}
+
+void CKeyWalk::Enum(const IMetadata & metadata)
+{
+    Deliver(metadata, &CElementFactory::Enum);
+}
+
+// All items of an array are delivered at once, and all of its structs by `EndArrayItem`.
+bool CKeyWalk::InspectDetailAgain()
+{
+    return false;
+}
+
+void CKeyWalk::SetContextInfo(const std::string & key, int value)
+{
+    if (key == keywords::TAG_ELEM_BIT_WIDTH)
+        mWidth = value;
+    mFactory.SetContextInfo(key, value);
+}
+
+void CKeyWalk::SetContextInfo(const std::string & key, const std::string & value)
+{
+    mFactory.SetContextInfo(key, value);
+}
+
+void CKeyWalk::StartArrayItem()
+{
+    mRuns.push_back({ mLevels.size(), nullptr, {}, 0 });
+    mFactory.StartArrayItem();
+}
+
+void CKeyWalk::EndArrayItem()
+{
+    mFactory.EndArrayItem();
+    Run & run = mRuns.back();
+    while (run.mRecord != nullptr && run.mNext < run.mItems.size()) {
+        const std::size_t before = run.mNext;
+        run.mRecord->Details()->Inspect(*this);
+        if (run.mNext == before)
+            break;   // a walk that was cut off, which leaves an error
+    }
+    mRuns.pop_back();
+}
+
+void CKeyWalk::StartStruct(const IMetadata & metadata)
+{
+    const std::string label = Label(metadata);
+    const toml::node * const node = NextStruct(metadata);
+    const toml::table * table = node != nullptr ? node->as_table() : nullptr;
+    if (node != nullptr && table == nullptr)
+        mValues.AddMismatch(*node, label, "a structure { FIELD = VALUE, ... }");
+    if (table != nullptr && !HasFieldNames(metadata)) {
+        mFindings.Add(*table, Quoted(label) +
+                                  ": the metadata gives two of its fields one name, or none; give the "
+                                  "key a type, and its fields as { TYPE = VALUE }");
+        table = nullptr;
+    }
+    if (table != nullptr)
+        mValues.CheckFields(*table, Quoted(label), FieldNames(metadata));
+    mLevels.push_back({ table, label });
+    mFactory.StartStruct(metadata);
+}
+
+void CKeyWalk::EndStruct()
+{
+    mLevels.pop_back();
+    mFactory.EndStruct();
+}
+
+const toml::node * CKeyWalk::NextStruct(const IMetadata & record)
+{
+    const bool isInArray = record.IsArray() && !mRuns.empty() && mRuns.back().mDepth == mLevels.size();
+    if (!isInArray)
+        return Find(record);
+    Run & run = mRuns.back();
+    if (run.mRecord == nullptr) {
+        run.mRecord = &record;
+        run.mItems = StructItems(record);
+    }
+    return run.mNext < run.mItems.size() ? run.mItems[run.mNext++] : nullptr;
+}
+
+// The value of a key or field; null where it is missing, which has been told then.
+const toml::node * CKeyWalk::Find(const IMetadata & record)
+{
+    if (mLevels.empty())
+        return &mValue;
+    const Level & level = mLevels.back();
+    if (level.mTable == nullptr)
+        return nullptr;
+    const toml::node * const node = level.mTable->get(record.Name());
+    if (node == nullptr)
+        mFindings.Add(*level.mTable, Quoted(record.Name()) + " is missing: a field of " + Quoted(level.mPath));
+    return node;
+}
+
+std::string CKeyWalk::Label(const IMetadata & record) const
+{
+    return mLevels.empty() ? KeyText(record) : mLevels.back().mPath + '.' + record.Name();
+}
+
+void CKeyWalk::Deliver(const IMetadata & record, Callback callback)
+{
+    auto items = Items(record);
+    if (items.empty())
+        return;
+    mSource.Load(record, Label(record), std::move(items));
+    do {   // more than once only where the factory stopped at a mistake or takes one at a time
+        (mFactory.*callback)(record);
+        Judge(record);
+    } while (mSource.HasMore());
+}
+
+void CKeyWalk::Judge(const IMetadata & record)
+{
+    const auto error = TakeError();
+    if (mSource.IsRefused())
+        return;   // has been told; the factory complains of the 0 in its place
+    if (error)
+        mFindings.Add(mSource.Last(), Quoted(Label(record)) + ": " + Explained(*error, record));
+    else if (!mLevels.empty() && mChecks && mSource.LastType() == nullptr)
+        JudgeLength(record);
+}
+
+// In the words of the file, where the factory has those of the library. It prints large numbers as negative ones, too.
+std::string CKeyWalk::Explained(const std::string & error, const IMetadata & record) const
+{
+    if (BeginsWith(error, "Read value ") && mSource.LastType() != nullptr)
+        return mSource.LastText() + " is out of range; expected " + RangeText(record, *mSource.LastType());
+    if (BeginsWith(error, "String value's length"))
+        return "found " + CountText(mSource.LastLength(), "byte") + "; expected " +
+               std::to_string(record.Min()) + " to " + std::to_string(record.Max());
+    if (BeginsWith(error, "Value ") && record.MetadataType() == METADATA_ENUM)
+        return "no enumerator has the number " + mSource.LastText() + Expected(EnumeratorNames(record));
+    return error;
+}
+
+// A field has no length of its own on a device: octets fill it, and a text that is longer would be cut off.
+void CKeyWalk::JudgeLength(const IMetadata & record)
+{
+    const bool isOctet = record.InternalType() == keywords::TYPE_OCTET_STRING;
+    if (record.MetadataType() != METADATA_SIMPLE ||
+        (!isOctet && record.InternalType() != keywords::TYPE_STRING))
+        return;
+    const auto held = static_cast<std::size_t>(std::max(mWidth, 0)) / 8;
+    const std::size_t length = mSource.LastLength();
+    if (length > held || (isOctet && length != held))
+        mFindings.Add(mSource.Last(), Quoted(Label(record)) + ": expected " + CountText(held, "byte") +
+                                          (isOctet ? "" : " at most") + ", found " + std::to_string(length));
+}
+
+std::vector<const toml::node *> CKeyWalk::Items(const IMetadata & record)
+{
+    const toml::node * const node = Find(record);
+    if (node == nullptr)
+        return {};
+    if (!record.IsArray())
+        return { node };   // an array is no value, which whoever takes it will find
+    auto items = ItemsOf(*node);
+    return IsCountGood(*node, record, items.size()) ? items : std::vector<const toml::node *>();
+}
+
+std::vector<const toml::node *> CKeyWalk::StructItems(const IMetadata & record)
+{
+    const toml::node * const node = Find(record);
+    if (node == nullptr)
+        return {};
+    auto items = ItemsOf(*node);
+    return IsCountGood(*node, record, items.size()) ? items : std::vector<const toml::node *>();
+}
+
+// The values of an array, or the one that stands without brackets.
+std::vector<const toml::node *> CKeyWalk::ItemsOf(const toml::node & node)
+{
+    const toml::array * const array = node.as_array();
+    if (array == nullptr)
+        return { &node };
+    std::vector<const toml::node *> items;
+    if (array->size() > MAX_ITEMS)
+        return items;
+    items.reserve(array->size());
+    for (const toml::node & item : *array)
+        items.push_back(&item);
+    return items;
+}
+
+bool CKeyWalk::IsCountGood(const toml::node & node, const IMetadata & record, std::size_t count)
+{
+    const toml::array * const array = node.as_array();
+    if (array != nullptr && array->size() > MAX_ITEMS) {
+        mFindings.Add(node, Quoted(Label(record)) + ": found " + std::to_string(array->size()) +
+                                " values; expected " + std::to_string(MAX_ITEMS) + " at most");
+        return false;
+    }
+    if (!mLevels.empty())
+        return FitsField(node, record, count);
+    const bool isNumber = record.MetadataType() == METADATA_SIMPLE && FindNumberType(record.InternalType());
+    const bool isAlone = !isNumber && record.MetadataType() != METADATA_STRUCT;
+    auto most = mChecks && record.ArrayMaxLength() > 0 ? record.ArrayMaxLength() : std::int64_t{ MAX_ITEMS };
+    most = isAlone ? 1 : most;   // the factory keeps one text or enumerator of an array
+    const auto least = std::clamp<std::int64_t>(mChecks ? record.ArrayMinLength() : 1, 1, most);
+    const auto found = static_cast<std::int64_t>(count);
+    if (found >= least && found <= most)
+        return true;
+    mFindings.Add(node,
+        Quoted(Label(record)) + ": found " + CountText(count, "value") + "; expected " +
+            (least == most ? std::to_string(most) : std::to_string(least) + " to " + std::to_string(most)));
+    return false;
+}
+
+// An array in a struct has a fixed number of items: those that its width holds.
+bool CKeyWalk::FitsField(const toml::node & node, const IMetadata & record, std::size_t count)
+{
+    const std::uint64_t held = HeldByField(record);
+    if (held == count && count != 0)
+        return true;
+    if (held == 0)
+        mFindings.Add(
+            node, Quoted(Label(record)) + ": the metadata describes an array without room for an item");
+    else
+        mFindings.Add(node, Quoted(Label(record)) + ": found " + CountText(count, "value") + "; expected " +
+                                std::to_string(held));
+    return false;
+}
+
+std::uint64_t CKeyWalk::HeldByField(const IMetadata & record) const
+{
+    if (record.MetadataType() != METADATA_STRUCT)
+        return structtree::ItemsHeld(mWidth, record.InternalType());
+    auto * const layout = dynamic_cast<CMetadataDetailStruct *>(record.Details());
+    const std::uint64_t size = layout != nullptr ? structtree::SizeInBits(*layout) : 0;
+    return size != 0 ? static_cast<std::uint64_t>(std::max(mWidth, 0)) / size : 0;
+}
+
+}   // namespace tomlconfig

@@ -1,0 +1,282 @@
+#include "valuesource.h"
+
+#include "findings.h"
+#include "recordfacts.h"
+
+#include <configtools/keywords.h>
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace tomlconfig {
+
+CValueSource::CValueSource(CFindings & findings, bool checks)
+    : mFindings(findings)
+    , mValues(findings)
+    , mChecks(checks)
+{}
+
+void CValueSource::LoadIndices(const std::vector<const toml::node *> & nodes, const std::string & label)
+{
+    mIndexNodes = nodes;
+    mIndexLabel = label;
+    mNextIndex = 0;
+}
+
+void CValueSource::UseIndex(const CTableIndex & index)
+{
+    mIndex = &index;
+}
+
+void CValueSource::Load(
+    const IMetadata & record, const std::string & label, std::vector<const toml::node *> items)
+{
+    mRecord = &record;
+    mLabel = label;
+    mItems = std::move(items);
+    mNext = 0;
+}
+
+bool CValueSource::HasMore() const
+{
+    return mNext < mItems.size();
+}
+
+bool CValueSource::IsRefused() const
+{
+    return mIsRefused;
+}
+
+const toml::node & CValueSource::Last() const
+{
+    return *mLast;
+}
+
+const std::string & CValueSource::LastText() const
+{
+    return mLastText;
+}
+
+const NumberType * CValueSource::LastType() const
+{
+    return mLastType;
+}
+
+std::size_t CValueSource::LastLength() const
+{
+    return mLastLength;
+}
+
+bool CValueSource::HasLeftOut() const
+{
+    return mHasLeftOut;
+}
+
+bool CValueSource::NextInt(const std::string & typeName, std::uint64_t & value, std::uint16_t * indexNumber)
+{
+    value = 0;   // always written, so that no caller goes on with what was there
+    if (indexNumber != nullptr)
+        return NextIndex(value);
+    if (!Take())
+        return false;
+    const NumberType * const type = FindNumberType(typeName);
+    mLastType = type;
+    const auto bits =
+        type != nullptr
+            ? Bits(*type)
+            : Refuse("the metadata gives it the type " + Quoted(typeName) + ", which is no type of numbers");
+    value = bits.value_or(0);
+    return bits && HasMore();
+}
+
+bool CValueSource::NextString(std::string & value, std::uint16_t * /*indexNumber*/)
+{
+    value.clear();
+    if (!Take())
+        return false;
+    const bool isOctet = mRecord->InternalType() == keywords::TYPE_OCTET_STRING;
+    const auto text = isOctet ? mValues.Octets(*mLast, mLabel) : mValues.Text(*mLast, mLabel);
+    mIsRefused = !text;
+    value = text.value_or("");
+    mLastLength = value.size();
+    return text && HasMore();
+}
+
+bool CValueSource::NextEnum(std::uint64_t & value, std::uint16_t * /*indexNumber*/)
+{
+    value = 0;
+    if (!Take())
+        return false;
+    const auto number = EnumNumber();
+    value = static_cast<std::uint64_t>(number.value_or(0));
+    return number && HasMore();
+}
+
+// The next value becomes the last one.
+bool CValueSource::Take()
+{
+    mIsRefused = false;
+    mLastType = nullptr;
+    if (!HasMore())
+        return false;
+    mLast = mItems[mNext++];
+    return true;
+}
+
+std::nullopt_t CValueSource::Refuse(const std::string & text)
+{
+    mIsRefused = true;
+    mFindings.Add(*mLast, Quoted(mLabel) + ": " + text);
+    return std::nullopt;
+}
+
+std::nullopt_t CValueSource::LeaveOut(const std::string & text)
+{
+    mIsRefused = true;
+    mHasLeftOut = true;
+    mFindings.Warn(*mLast, Quoted(mLabel) + ": " + text + "; the key is left out");
+    return std::nullopt;
+}
+
+std::optional<std::uint64_t> CValueSource::Bits(const NumberType & type)
+{
+    const auto * const text = mLast->as_string();
+    if (text != nullptr && type.mType == NUMERIC_UINT64)
+        return BitsOfText(text->get(), type);
+    if (const auto * const integer = mLast->as_integer())
+        return BitsOfInteger(integer->get(), type);
+    return Refuse("expected a whole number from " + RangeText(*mRecord, type) + ", found " + KindOf(*mLast));
+}
+
+std::optional<std::uint64_t> CValueSource::BitsOfText(const std::string & text, const NumberType & type)
+{
+    const auto number = ParseUnsigned(text);
+    if (!number)
+        return Refuse("expected a whole number from " + RangeText(*mRecord, type) + ", found " + Quoted(text));
+    mLastText = std::to_string(*number);
+    return number;
+}
+
+std::optional<std::uint64_t> CValueSource::BitsOfInteger(std::int64_t number, const NumberType & type)
+{
+    const auto bits = static_cast<std::uint64_t>(number);
+    mLastText = std::to_string(number);
+    if (number >= type.mMin && (number < 0 || bits <= type.mMax))
+        return bits;
+    if (mChecks)
+        return Refuse(mLastText + " is out of range; expected " + RangeText(*mRecord, type));
+    return LowBits(type, bits);
+}
+
+std::optional<std::uint64_t> CValueSource::LowBits(const NumberType & type, std::uint64_t bits)
+{
+    const NumericVariable kept = type.mVariable(bits);
+    mFindings.Warn(*mLast, Quoted(mLabel) + ": " + mLastText + " doesn't fit into " + type.mWord +
+                               "; what is left of it is " + type.mText(&kept));
+    return bits;
+}
+
+std::optional<std::int64_t> CValueSource::EnumNumber()
+{
+    using Limits = std::numeric_limits<std::int32_t>;
+    const auto * const integer = mLast->as_integer();
+    if (integer == nullptr && !mLast->is_string() && !mLast->is_table())
+        return Refuse(std::string("expected an enumerator by name or number, found ") + KindOf(*mLast));
+    if (integer == nullptr) {
+        const auto name = mValues.Text(*mLast, mLabel);
+        mIsRefused = !name;
+        return name ? NamedEnumerator(*name) : std::nullopt;
+    }
+    const std::int64_t number = integer->get();
+    mLastText = std::to_string(number);
+    const bool isNumber = number >= Limits::min() && number <= Limits::max();
+    const bool isKnown = isNumber && !FirstEnumName(*mRecord, static_cast<std::int32_t>(number)).empty();
+    if (!isKnown && !mChecks)
+        return LeaveOut("no enumerator has the number " + mLastText);
+    if (!isNumber)   // of which the factory would see the low bits
+        return Refuse("no enumerator has the number " + mLastText + Expected(EnumeratorNames(*mRecord)));
+    return number;
+}
+
+std::optional<std::int64_t> CValueSource::NamedEnumerator(const std::string & name)
+{
+    const auto & enumerators = EnumeratorsOf(*mRecord);
+    const auto found = enumerators.find(name);
+    if (found != enumerators.end() && !name.empty()) {
+        mLastText = std::to_string(found->second);
+        return found->second;
+    }
+    const std::string text = "unknown enumerator " + Quoted(name);
+    return mChecks ? Refuse(text + Advice(name, EnumeratorNames(*mRecord))) : LeaveOut(text);
+}
+
+bool CValueSource::NextIndex(std::uint64_t & value)
+{
+    if (mNextIndex >= mIndexNodes.size() || mIndex == nullptr)
+        return false;
+    const auto number = IndexOf(*mIndexNodes[mNextIndex++]);
+    value = static_cast<std::uint64_t>(number.value_or(0));
+    return number.has_value();
+}
+
+std::optional<std::int64_t> CValueSource::IndexOf(const toml::node & node)
+{
+    const bool isEnumerated = mIndex->Type() != CTableIndex::INDEX_INTEGER;
+    const auto * const text = node.as_string();
+    if (text != nullptr && isEnumerated)
+        return NamedIndex(node, text->get());
+    const auto * const integer = node.as_integer();
+    if (integer == nullptr) {
+        mValues.AddMismatch(node, mIndexLabel,
+            isEnumerated ? "a name or number for the index " + Quoted(mIndex->Name())
+                         : "a whole number for the index " + Quoted(mIndex->Name()));
+        return std::nullopt;
+    }
+    if (!IsIndexAllowed(node, integer->get()))
+        return std::nullopt;
+    return integer->get();
+}
+
+std::optional<std::int64_t> CValueSource::NamedIndex(const toml::node & node, const std::string & name)
+{
+    const auto enumerators = mIndex->Enums();
+    const auto found = enumerators.find(name);
+    if (found != enumerators.end() && IsIndexAllowed(node, found->second))
+        return found->second;
+    std::vector<std::string> known;
+    for (const auto & [label, number] : enumerators)
+        known.push_back(label);
+    if (found == enumerators.end())
+        mFindings.Add(node,
+            Quoted(mIndexLabel) + ": unknown " + mIndex->Name() + ' ' + Quoted(name) + Advice(name, known));
+    return std::nullopt;
+}
+
+// What a subsystem wouldn't get as it is, is refused whatever checks are on.
+bool CValueSource::IsIndexAllowed(const toml::node & node, std::int64_t number)
+{
+    const bool isEnumerated = mIndex->Type() != CTableIndex::INDEX_INTEGER;
+    std::int64_t min = 0;
+    std::int64_t max = MAX_INDEX;
+    if (mChecks && !isEnumerated) {
+        min = std::max(min, mIndex->Min());
+        max = std::min(max, mIndex->Max());
+    }
+    if (number < min || number > max) {
+        mFindings.Add(node, Quoted(mIndexLabel) + ": " + std::to_string(number) +
+                                " is out of range for the index " + Quoted(mIndex->Name()) + "; expected " +
+                                std::to_string(min) + " to " + std::to_string(max));
+        return false;
+    }
+    if (!mChecks || !isEnumerated || !mIndex->EnumLabel(static_cast<std::int32_t>(number)).empty())
+        return true;
+    std::vector<std::string> known;
+    for (const auto & [label, value] : mIndex->Enums())
+        known.push_back(label);
+    mFindings.Add(node, Quoted(mIndexLabel) + ": no " + mIndex->Name() + " has the number " +
+                            std::to_string(number) + Expected(known));
+    return false;
+}
+
+}   // namespace tomlconfig
