@@ -490,4 +490,34 @@ TEST_F(Hostile, trace_shows_the_debug_output_of_the_library_only_if_asked_for)
     EXPECT_EQ(quiet.mOut, traced.mOut);
 }
 
+TEST_F(Hostile, ten_indices_lose_their_order)
+{
+    const std::string file =
+        File("a.toml", "chip demo\nsubsystem 1 1 1\nkey 5 K number 6 1 2 3 4 5 6 7 8 9 10\n"
+                       "key 6 K number 6 1 2 3 4 5 6 7 8 9\n");
+    const auto result = Show({ file });
+    EXPECT_EQ(result.mExitCode, WRONG_DATA);
+    EXPECT_EQ(result.mErr,
+        "zynconfig: error: key 5.1.10.2.3.4.5.6.7.8.9 (K) of bt in otp.1 has 10 indices, and the "
+        "order of more than 9 is lost\n");
+    EXPECT_EQ(Convert({ file }).mExitCode, WRONG_DATA);
+    EXPECT_FALSE(IsWritten());
+}
+
+TEST_F(Hostile, further_texts_of_a_string_cannot_be_written)
+{
+    const std::string file = File("a.toml", "chip demo\nsubsystem 1 1 1\nkey 5 K texts two\n");
+    EXPECT_EQ(Show({ file }).mExitCode, 0);
+    for (const std::vector<std::string> & more : { std::vector<std::string>{}, { "--layer-filter", "15" } }) {
+        const auto result = Convert({ file }, more);
+        EXPECT_EQ(result.mExitCode, WRONG_DATA);
+        EXPECT_EQ(result.mErr,
+            "zynconfig: error: key 5 (K) of bt in otp.1 has 2 texts, of which only the first can be written\n");
+        EXPECT_FALSE(IsWritten());
+    }
+    // A row is written whole.
+    EXPECT_EQ(Convert({ File("b.toml", "chip demo\nsubsystem 1 1 1\nkey 5 K texts two 1\n") }).mExitCode, 0);
+    EXPECT_THAT(Written(), HasSubstr("5 two two"));
+}
+
 }   // namespace zynconfig::test

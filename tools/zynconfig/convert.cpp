@@ -2,6 +2,7 @@
 #include "errors.h"
 #include "losses.h"
 #include "session.h"
+#include "writewatch.h"
 
 #include <configtools/keywords.h>
 #include <configtools/stores.h>
@@ -81,7 +82,11 @@ bool Write(CSession & session)
         return false;
     CZynContext context = WriteContext(session);
     writer->PrepareWriter(context);
-    const bool ok = session.Chip().Write(*writer, context);
+    const auto & filter = session.Asked().mLayerFilter;
+    CWriteWatch watch(*writer,
+        CountToWrite(session.Chip(), filter ? std::optional(std::abs(*filter)) : std::nullopt),
+        session.Asked().mOutput);
+    const bool ok = session.Chip().Write(watch, context);
     const bool isAnyError = ReportChannel();
     if (!ok && !isAnyError)
         ReportError(session.Asked().mOutput + ": " + keywords::ERROR_UNABLE_TO_WRITE_FILE);

@@ -17,6 +17,8 @@ using namespace VrexZynConfigTools;
 
 namespace {
 
+constexpr std::size_t MOST_INDICES = 9;   // whose order lasts
+
 /// Lines of one kind. A file full of losses is told by its first ones.
 class CLines
 {
@@ -67,6 +69,34 @@ std::vector<std::string> StoresWithoutLayer(const CReadWatch & watch, const std:
                             "smem, fw_cfg or eeprom");
     }
     return lines;
+}
+
+// The library sorts the tags of the indices by their text, and so takes "index10" for the second.
+std::vector<std::string> RowsOutOfOrder(const CReadWatch & watch)
+{
+    CLines reordered;
+    for (const auto & [place, delivery] : watch.Deliveries()) {
+        if (place.mKey.mIndices.size() > MOST_INDICES)
+            reordered.Add(Describe(place.mKey, delivery.mName) + " in " + NameOf(place.mStore) + " has " +
+                          std::to_string(place.mKey.mIndices.size()) + " indices, and the order of more than " +
+                          std::to_string(MOST_INDICES) + " is lost");
+    }
+    std::vector<std::string> lines;
+    reordered.MoveTo(lines);
+    return lines;
+}
+
+// A string is written by its first text, whatever more it holds; a table row is no string.
+std::size_t CountOfTexts(const ChipEntry & entry)
+{
+    auto * const text = dynamic_cast<CElementString *>(entry.mElement);
+    return text == nullptr ? 1 : text->GetPayloadCopy(false).size();
+}
+
+std::string TextsLost(const ChipEntry & entry)
+{
+    return Describe(entry.mKey, entry.mElement->Name()) + " in " + NameOf(entry.mStore) + " has " +
+           std::to_string(CountOfTexts(entry)) + " texts, of which only the first can be written";
 }
 
 /// The keys of a filtered write, each by subsystem and text: what isn't one to one there can't be told apart.
@@ -123,6 +153,8 @@ std::vector<std::string> LossesOfRead(const CChipConfig & chip, const CReadWatch
             lost.Add(where + " stands more than once in " + delivery.mFile + ", and only one of them counts");
     }
     lost.MoveTo(lines);
+    std::vector<std::string> reordered = RowsOutOfOrder(watch);
+    std::move(reordered.begin(), reordered.end(), std::back_inserter(lines));
     return lines;
 }
 
@@ -133,6 +165,8 @@ std::vector<std::string> LossesOfWrite(const CChipConfig & chip)
         if (entry.mKey.mId == 0)
             passedOver.Add(Describe(entry.mKey, entry.mElement->Name()) + " in " + NameOf(entry.mStore) +
                            " can't be written: its number is 0");
+        else if (CountOfTexts(entry) > 1)
+            passedOver.Add(TextsLost(entry));
     });
     std::vector<std::string> lines;
     passedOver.MoveTo(lines);
@@ -142,13 +176,30 @@ std::vector<std::string> LossesOfWrite(const CChipConfig & chip)
 std::vector<std::string> LossesOfFilteredWrite(const CChipConfig & chip, int highest)
 {
     CFilteredNames names;
+    CLines texts;
     ForEachElement(chip, [&](const ChipEntry & entry) {
-        if (entry.mLayer <= highest)
-            names.Add(entry);
+        if (entry.mLayer > highest)
+            return;
+        names.Add(entry);
+        if (CountOfTexts(entry) > 1)
+            texts.Add(TextsLost(entry));
     });
     std::vector<std::string> lines;
     names.TakeConflicts().MoveTo(lines);
+    texts.MoveTo(lines);
     return lines;
+}
+
+std::size_t CountToWrite(const CChipConfig & chip, std::optional<int> highest)
+{
+    std::set<Key> keys;
+    std::size_t values = 0;
+    ForEachElement(chip, [&](const ChipEntry & entry) {
+        values += entry.mKey.mId != 0 ? 1U : 0U;
+        if (highest && entry.mLayer <= *highest)
+            keys.insert(entry.mKey);
+    });
+    return highest ? keys.size() : values;
 }
 
 }   // namespace zynconfig

@@ -7,6 +7,8 @@
 
 #include <configtools/chipconfig.h>
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,10 @@ std::vector<std::string> LossesOfRead(const VrexZynConfigTools::CChipConfig & ch
 
 /// What a full write passes over.
 std::vector<std::string> LossesOfWrite(const VrexZynConfigTools::CChipConfig & chip);
+
+/// How many values a write has to bring out that has no such loss: all of them, or with a filter of the layers up to
+/// `highest` one for each key.
+std::size_t CountToWrite(const VrexZynConfigTools::CChipConfig & chip, std::optional<int> highest);
 
 /// What a filtered write of the layers up to `highest` can't tell apart: it knows a key by its text alone.
 std::vector<std::string> LossesOfFilteredWrite(const VrexZynConfigTools::CChipConfig & chip, int highest);
