@@ -10,11 +10,14 @@
 #include "soundness.h"
 
 #include <configtools/keywords.h>
-#include <configtools/zyncontext.h>
+#include <readcontexts/contexts.h>
+
+#include <optional>
 
 namespace sqlitemetadata {
 
 using namespace VrexZynConfigTools;
+using namespace readcontexts;
 
 /// What is known of the file from one opening to the next.
 struct Repository
@@ -35,29 +38,12 @@ struct Repository
 
 namespace {
 
-using ContextOwner = std::unique_ptr<IConfigContext>;
-
-// What a reader hands on is always made of the caller's context, so that its options travel on. The null context keeps
-// no tags; an empty one takes its place.
-ContextOwner DefaultsContext(IConfigContext & context)
+// Default values stand below all stores: in layer 0, of no device and no store.
+void PlaceInLayer0(IConfigContext & context)
 {
-    ContextOwner own(context.IsValid() ? context.Clone() : new CZynContext);
-    for (const char * const tag : { keywords::TAG_DEVICE, keywords::TAG_STORE, keywords::TAG_ELEM_BIT_WIDTH })
-        own->SetTag(tag);
-    own->SetTag(keywords::TAG_LAYER_NUMBER, 0);
-    return own;
-}
-
-void SetIndices(IConfigContext & context, const std::vector<std::uint32_t> & indices)
-{
-    context.SetTags(keywords::TAG_INDEX, keywords::EMPTY);
-    context.SetTag(keywords::TAG_NUM_INDICES);
-    if (indices.empty())
-        return;
-    context.SetTag(keywords::TAG_NUM_INDICES, std::to_string(indices.size()));
-    for (std::size_t position = 0; position < indices.size();
-         ++position)   // 9 at most, so in the order of the tags
-        context.SetTag(keywords::TAG_INDEX + std::to_string(position + 1), std::to_string(indices[position]));
+    context.SetTag(keywords::TAG_DEVICE);
+    context.SetTag(keywords::TAG_STORE);
+    context.SetTag(keywords::TAG_LAYER_NUMBER, 0);
 }
 
 std::string LabelsOf(const CCatalogue & catalogue)
@@ -245,8 +231,8 @@ const System * CSqliteMetadataProvider::SystemToRead(IConfigContext & context)
 
 void CSqliteMetadataProvider::Deliver(std::vector<SubsystemDefaults> & defaults, IConfigContext & context)
 {
-    const ContextOwner own = DefaultsContext(context);
-    SetIndices(*own, {});
+    const ContextOwner own = FileContext(context, keywords::EMPTY);
+    PlaceInLayer0(*own);
     mObserver->OnReadStarted(*this, *own);
     for (SubsystemDefaults & subsystem : defaults)
         DeliverSubsystem(subsystem, *own);
@@ -255,15 +241,14 @@ void CSqliteMetadataProvider::Deliver(std::vector<SubsystemDefaults> & defaults,
 
 void CSqliteMetadataProvider::DeliverSubsystem(SubsystemDefaults & defaults, IConfigContext & context)
 {
-    const ContextOwner own(context.Clone());
-    own->SetTag(keywords::TAG_SUBSYSTEM_TYPE, int{ defaults.mType });
+    const ContextOwner own = SubsystemContext(context, { defaults.mType, std::nullopt, std::nullopt });
+    PlaceInLayer0(*own);
     mObserver->OnSubsystemFound(*this, *own);   // this replaces mElementObserver
     for (DefaultElement & element : defaults.mElements) {
-        SetIndices(*own, element.mIndices);
+        const ContextOwner key = KeyContext(*own, element.mIndices);
         if (mElementObserver != nullptr)
-            mElementObserver->OnElementFound(element.mElement.release(), *own);   // the observer owns it now
+            mElementObserver->OnElementFound(element.mElement.release(), *key);   // the observer owns it now
     }
-    SetIndices(*own, {});
     mObserver->OnSubsystemCompleted(*this, *own);
 }
 
