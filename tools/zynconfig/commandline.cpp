@@ -52,7 +52,10 @@ constexpr std::array COMMANDS = {
     CommandName{ "check", Command::Check, true },
     CommandName{ "get", Command::Get, true },
     CommandName{ "info", Command::Info, false },
+    CommandName{ "metadata", Command::CompileMetadata, false },
 };
+
+constexpr char REPOSITORY_EXTENSION[] = ".zmd";
 
 /// A tag that --context must not set, because the tool or a reader does.
 struct ReservedTag
@@ -111,6 +114,16 @@ void RequireKnownFormat(const std::string & path, const std::string & format)
         throw CLI::ValidationError(Quoted(path) + " has no known extension; known are: " + KnownExtensions());
 }
 
+// Another extension would be a slip that costs a file, such as a source.
+std::string RepositoryProblem(const std::string & path)
+{
+    const std::size_t length = sizeof REPOSITORY_EXTENSION - 1;
+    const bool isOne =
+        path.size() > length && path.compare(path.size() - length, length, REPOSITORY_EXTENSION) == 0;
+    return isOne ? ""
+                 : Quoted(path) + " has not the extension of a metadata repository: " + REPOSITORY_EXTENSION;
+}
+
 // Without a name of its own, so that the help doesn't show one.
 CLI::Validator Check(std::string (*problem)(const std::string &))
 {
@@ -141,6 +154,7 @@ public:
         AddKeyCommands();
         AddCheck();
         AddInfo();
+        AddMetadata();
     }
 
     void Parse(int argumentCount, const char * const * arguments)
@@ -150,6 +164,9 @@ public:
             if (mApp.got_subcommand(each.mName))
                 Take(each);
         }
+        if (mOptions.mCommand == Command::CompileMetadata)
+            return;   // its sources are no configurations
+
         // Only now: the argument of an option that a command doesn't have would be taken for a file.
         for (const std::string & file : mOptions.mFiles)
             RequireKnownFormat(file, mOptions.mFrom);
@@ -280,6 +297,21 @@ private:
         AddFiles(info);
         AddChip(info);
         AddJson(info);
+    }
+
+    void AddMetadata()
+    {
+        CLI::App & metadata = *mApp.add_subcommand("metadata", "Make the description of a chip system");
+        metadata.require_subcommand(1);
+        CLI::App & compile =
+            *metadata.add_subcommand("compile", "Check sources, and compile them to a repository");
+        compile.add_option("sources", mOptions.mFiles, "The sources of one system, in TOML")
+            ->required()
+            ->type_name("SOURCE");
+        compile.add_option("-o,--output", mOptions.mOutput, "The repository to write (*.zmd)")
+            ->required()
+            ->type_name("OUT")
+            ->check(Check(&RepositoryProblem));
     }
 
     CLI::App mApp;

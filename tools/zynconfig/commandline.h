@@ -17,15 +17,16 @@ enum class Command
     Describe,
     Check,
     Info,
-    Get
+    Get,
+    CompileMetadata
 };
 
 struct Options
 {
     Command mCommand = Command::Show;
-    std::vector<std::string> mFiles;   // each of a known format
+    std::vector<std::string> mFiles;   // each of a known format; of `metadata compile` its sources
     std::string mFrom;                 // the format of all files; empty: by the extension of each
-    std::string mOutput;               // of `convert`; of a known format
+    std::string mOutput;               // of `convert`, of a known format; of `metadata compile`
     std::string mTo;                   // the format of the output; empty: by its extension
     std::string mMetadata;             // the metadata repository; empty: none
     std::string mChip;                 // the label that selects a system; empty: the only one

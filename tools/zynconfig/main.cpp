@@ -3,6 +3,7 @@
 #include "commandline.h"
 #include "commands.h"
 #include "errors.h"
+#include "metadata/compile.h"
 #include "session.h"
 
 #include <messages/messages.h>
@@ -49,6 +50,8 @@ bool Do(Command command, CSession & session)
         return Info(session);
     case Command::Get:
         return Get(session);
+    case Command::CompileMetadata:
+        break;   // needs no session
     }
     return false;
 }
@@ -63,6 +66,9 @@ int Run(int argumentCount, char ** arguments)
     const VrexZynConfigTools::CMessageSinkGuard guard(&sink);
     if (options.mIsTraced)
         VrexZynConfigTools::CTheMsgHnd::SetDebugLevel(ALL_DEBUG_LEVELS);
+
+    if (options.mCommand == Command::CompileMetadata)
+        return metadata::Compile(options.mFiles, options.mOutput) ? EXIT_DONE : EXIT_WRONG_DATA;
 
     CSession session(options);
     const bool isDone = session.Load() && Do(options.mCommand, session);

@@ -1,0 +1,43 @@
+/// Structs: their fields with widths, the structs within them, and their sizes.
+
+#ifndef ZYNCONFIG_METADATA_LAYOUTSETTLER_H
+#define ZYNCONFIG_METADATA_LAYOUTSETTLER_H
+
+#include "source.h"
+
+#include <unordered_map>
+
+namespace zynconfig::metadata {
+
+class CItemSettler;
+
+class CLayoutSettler
+{
+public:
+    CLayoutSettler(Source & source, CItemSettler & items, CFindings & findings);
+
+    /// Finds the layout of a key or field that is a struct, and settles it. `depth`: 1 for a key.
+    void SettleStruct(Item & item, int depth);
+
+    void SettleLayout(Layout & layout, int depth);
+
+private:
+    bool FindLayout(Item & item);
+    void SettleField(Field & field, int depth);
+    void SettleWidth(Field & field);
+    void SettlePlainWidth(Field & field);
+    void SettleStructWidth(Field & field);
+    void CheckNumberWidth(const Field & field);
+    void CheckTextWidth(const Field & field);
+    void CheckPosition(const Field & field);
+    void SumUp(Layout & layout);
+
+    std::unordered_map<std::string, std::shared_ptr<Layout>> mStructs;
+    std::vector<std::string> mStructNames;
+    CItemSettler & mItems;
+    CFindings & mFindings;
+};
+
+}   // namespace zynconfig::metadata
+
+#endif
