@@ -136,6 +136,23 @@ TEST_F(Check, json_tells_the_place_of_a_finding)
         (Json{ { "file", nullptr }, { "line", nullptr }, { "column", nullptr }, { "text", "second" } }));
 }
 
+TEST_F(Check, holds_values_that_were_read_without_a_record_against_it)
+{
+    const std::string file = File("b.toml", "chip trindle7\nsubsystem 1 1 1\nkey 258 CrystalTrim number 8\n"
+                                            "key 257 BtAddress octets 123456\nsubsystem 2 1 1\n"
+                                            "key 258 Country text GER\nkey 514 GainTrim number 10 1 2\n"
+                                            "key 514 GainTrim number 9 1 3\n");
+    const ToolResult result = Run({ "check", file });
+    EXPECT_EQ(result.mExitCode, WRONG_DATA);
+    EXPECT_THAT(LinesOf(result.mErr),
+        ElementsAre(
+            "zynconfig: error: key 258 (CrystalTrim) of bt in otp.1 is 8, and the metadata allows -8 to 7",
+            "zynconfig: error: key 258 (Country) of wlan in otp.1 is \"GER\", and the metadata allows 0 to 2 "
+            "octets",
+            "zynconfig: error: key 514.1.2 (GainTrim) of wlan in otp.1 is 10, and the metadata allows -9 to "
+            "9"));
+}
+
 TEST_F(Check, an_unknown_chip_is_wrong)
 {
     ExpectError({ "check", File("b.toml", "chip elsewhere\nsubsystem 1 1 1\nkey 258 K number 3\n") },

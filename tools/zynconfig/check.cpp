@@ -5,9 +5,12 @@
 #include "json.h"
 #include "losses.h"
 #include "session.h"
+#include "shape.h"
 #include "showmodel.h"
 #include "text.h"
+#include "value.h"
 
+#include <algorithm>
 #include <charconv>
 #include <set>
 
@@ -17,16 +20,78 @@ using namespace VrexZynConfigTools;
 
 namespace {
 
-// Keys that tell themselves what they are, or come raw, are read without the metadata.
-std::vector<std::string> UnknownKeys(const CSession & session, const CCatalog & catalog)
+constexpr char TYPE_RAW[] = "raw";
+
+bool IsWithin(std::int64_t number, const IMetadata & metadata)
 {
-    std::set<Key> told;
+    return number >= metadata.Min() && number <= metadata.Max();
+}
+
+bool IsWithin(std::uint64_t number, const IMetadata & metadata)
+{
+    if (HasUnsignedRange(metadata))
+        return number >= static_cast<std::uint64_t>(metadata.Min()) &&
+               number <= static_cast<std::uint64_t>(metadata.Max());
+    return number <= static_cast<std::uint64_t>(std::max<std::int64_t>(metadata.Max(), 0)) &&
+           (metadata.Min() <= 0 || number >= static_cast<std::uint64_t>(metadata.Min()));
+}
+
+/// Whether all numbers of a value are within the range, and all texts of an allowed length.
+struct RangeCheck
+{
+    const IMetadata & mMetadata;
+
+    bool operator()(std::int64_t number) const { return IsWithin(number, mMetadata); }
+    bool operator()(std::uint64_t number) const { return IsWithin(number, mMetadata); }
+    bool operator()(const Value::Text & text) const
+    {
+        return IsWithin(std::uint64_t{ text.mBytes.size() }, mMetadata);
+    }
+    bool operator()(const Value::Octets & octets) const
+    {
+        return IsWithin(std::uint64_t{ octets.mBytes.size() }, mMetadata);
+    }
+    bool operator()(const Value::Enumerator &) const { return true; }
+    bool operator()(const Value::Struct &) const { return true; }
+    bool operator()(const Value::List & list) const
+    {
+        return std::all_of(list.mItems.begin(), list.mItems.end(),
+            [this](const Value & item) { return std::visit(*this, item.mContent); });
+    }
+};
+
+// What is wrong with a key that tells itself what it is, or comes raw: it was read without its record. Empty if nothing.
+std::string Mismatch(const ChipEntry & entry, const IMetadata & record)
+{
+    const IMetadata * const told = entry.mElement->Metadata();
+    const std::string name = Describe(entry.mKey, entry.mElement->Name()) + " in " + NameOf(entry.mStore);
+    const Value value = ValueOf(*entry.mElement);
+    if (value.mType == TYPE_RAW)
+        return name + " is raw: it doesn't fit its metadata";
+    // A table row has lost its record by now, by the library's contract.
+    if (told != nullptr && TypeText(*told) != TypeText(record))
+        return name + " calls its type " + TypeText(*told) + ", and the metadata " + TypeText(record);
+    if (HasRange(record) && !std::visit(RangeCheck{ record }, value.mContent))
+        return name + " is " + zynconfig::ToText(value) + ", and the metadata allows " + RangeText(record);
+    return {};
+}
+
+// Keys that are read by their record have been checked by then.
+std::vector<std::string> UncheckedKeys(const CSession & session, const CCatalog & catalog)
+{
+    std::set<Key> unknown;
     std::vector<std::string> lines;
     ForEachElement(session.Chip(), [&](const ChipEntry & entry) {
         const Key plain = { entry.mKey.mSubsystem, entry.mKey.mId, false, {} };
-        if (catalog.Find(plain.mSubsystem, plain.mId) == nullptr && told.insert(plain).second)
+        const IMetadata * const record = catalog.Find(plain.mSubsystem, plain.mId);
+        if (record != nullptr && entry.mElement->Metadata() != record) {
+            std::string mismatch = Mismatch(entry, *record);
+            if (!mismatch.empty())
+                lines.push_back(std::move(mismatch));
+        } else if (record == nullptr && unknown.insert(plain).second) {
             lines.push_back(Describe(plain, entry.mElement->Name()) + " is not in the metadata, in " +
                             NameOf(entry.mStore));
+        }
     });
     return lines;
 }
@@ -38,7 +103,7 @@ void CheckContent(CSession & session)
     ReportErrors(MakeShownChip(chip, session.Watch().Chip()).mHidden);
     CCatalog catalog(*session.Metadata(), session.ReadContext());
     if (catalog.SelectChipOfFiles(session.Watch().Chip()))
-        ReportErrors(UnknownKeys(session, catalog));
+        ReportErrors(UncheckedKeys(session, catalog));
     ReportChannel();
 }
 
