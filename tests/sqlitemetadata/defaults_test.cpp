@@ -113,6 +113,24 @@ TEST_F(Defaults, of_numbers_are_elements_of_their_types)
     EXPECT_THAT(Values("integer"), ElementsAre("-7"));
 }
 
+TEST_F(RepositoryTest, the_example_of_the_manual_is_a_repository)
+{
+    const std::string manual = ContentOf(MANUAL);
+    const std::size_t start = manual.find("```sql\n");
+    ASSERT_NE(std::string::npos, start);
+    mRepository.Run(manual.substr(start + 7, manual.find("```", start + 7) - start - 7));
+    const auto provider = Provider();
+    CChipConfig chip;
+    auto & reader = dynamic_cast<IConfigReader &>(*provider);
+    reader.SetObserver(chip);
+    CZynContext context = ContextOf("trindle7");
+    reader.Read(context);
+    EXPECT_FALSE(mErrors.IsSet()) << mErrors.Text();
+    context.Parse("layernumber=0;subsystemtype=1");
+    EXPECT_EQ("5", const_cast<CElement &>(chip.Element(100, context)).GetPayloadCopy(false).at(0)->ToString());
+    EXPECT_EQ(9, provider->MetadataByName("volume", context).Max());
+}
+
 TEST_F(Defaults, of_an_array_have_its_items_in_their_order)
 {
     const auto key =
