@@ -10,10 +10,11 @@ constexpr std::uint64_t UNLIMITED = std::numeric_limits<std::uint64_t>::max();
 
 std::uint64_t allocationCount = 0;
 std::uint64_t granted = UNLIMITED;
+std::uint64_t smallestThatFails = UNLIMITED;
 
 void * Allocate(std::size_t size) noexcept
 {
-    if (granted == 0)
+    if (granted == 0 || size >= smallestThatFails)
         return nullptr;
     if (granted != UNLIMITED)
         --granted;
@@ -95,6 +96,12 @@ void FailAllocationsAfter(std::uint64_t count)
 void LetAllocationsPass()
 {
     granted = UNLIMITED;
+    smallestThatFails = UNLIMITED;
+}
+
+void FailLargeAllocations(std::uint64_t size)
+{
+    smallestThatFails = size;
 }
 
 }   // namespace VrexZynConfigTools::support

@@ -16,6 +16,9 @@ std::uint64_t AllocationCount();
 void FailAllocationsAfter(std::uint64_t count);
 void LetAllocationsPass();
 
+/// Makes each allocation of `size` bytes and more fail, until `LetAllocationsPass`.
+void FailLargeAllocations(std::uint64_t size);
+
 /// Calls `act` with 0, 1, 2, ... allocations granted until it succeeds, and `check` after each failure.
 /// Returns the number of failures.
 template <typename ActT, typename CheckT>
