@@ -1,0 +1,115 @@
+#include "content.h"
+
+#include "chunk.h"
+#include "keybuilder.h"
+
+#include <configtools/context.h>
+#include <configtools/metadata.h>
+#include <configtools/metadataprovider.h>
+
+namespace imageconfig {
+
+using namespace VrexZynConfigTools;
+
+namespace {
+
+class CContentBuilder
+{
+public:
+    CContentBuilder(IConfigContext & context, IMetadataProvider * provider, CFindings & findings);
+
+    void AddStore(const Store & store);
+    Content Take() { return std::move(mContent); }
+
+private:
+    void AddChunk(const Store & store, const Chunk & chunk);
+    void AddKey(const RawKey & key, const std::string & place);
+    Subsystem & SubsystemOf(const Store & store, const Chunk & chunk);
+    const IMetadata * RecordOf(const RawKey & key, const std::string & place);
+
+    IConfigContext & mContext;
+    IMetadataProvider * mProvider;
+    CFindings & mFindings;
+    readcontexts::ContextOwner mFactoryContext;
+    readcontexts::ContextOwner mSubsystemContext;   // of the subsystem that is being filled
+    CKeyBuilder mBuilder;
+    const Store * mStore = nullptr;   // the same
+    Content mContent;
+};
+
+CContentBuilder::CContentBuilder(IConfigContext & context, IMetadataProvider * provider, CFindings & findings)
+    : mContext(context)
+    , mProvider(provider)
+    , mFindings(findings)
+    , mFactoryContext(context.Clone())
+    , mBuilder(*mFactoryContext)
+{}
+
+void CContentBuilder::AddStore(const Store & store)
+{
+    const std::string name = StoreName(store.mDevice, store.mNumber);
+    for (const ChunkItem & item : store.mChunks->Chunks()) {
+        std::string error;
+        if (const auto chunk = ParseChunk(BytesOf(item), error))
+            AddChunk(store, *chunk);
+        else
+            mFindings.Add(name + ", chunk " + std::to_string(item.mId) + ": " + error);
+    }
+}
+
+void CContentBuilder::AddChunk(const Store & store, const Chunk & chunk)
+{
+    SubsystemOf(store, chunk);
+    if (chunk.mKey)
+        AddKey(*chunk.mKey, StoreName(store.mDevice, store.mNumber) + ", ");
+}
+
+Subsystem & CContentBuilder::SubsystemOf(const Store & store, const Chunk & chunk)
+{
+    auto & subsystems = mContent.mSubsystems;
+    if (mStore != &store || subsystems.back().mPlace.mType != chunk.mSubsystemType) {
+        subsystems.push_back({ { chunk.mSubsystemType, store.mDevice, store.mNumber }, {} });
+        mSubsystemContext = readcontexts::SubsystemContext(mContext, subsystems.back().mPlace);
+        mStore = &store;
+    }
+    return subsystems.back();
+}
+
+void CContentBuilder::AddKey(const RawKey & key, const std::string & place)
+{
+    const IMetadata * const record = RecordOf(key, place);
+    std::string error;
+    std::unique_ptr<CElement> element = mBuilder.Build(key, record, error);
+    const std::string name = KeyName(key.mId, key.mIndices, record != nullptr ? record->Name() : "");
+    if (element == nullptr)
+        return mFindings.Add(place + name + ": " + error);
+    mContent.mSubsystems.back().mKeys.push_back({ std::move(element), key.mIndices });
+}
+
+const IMetadata * CContentBuilder::RecordOf(const RawKey & key, const std::string & place)
+{
+    if (mProvider == nullptr)
+        return nullptr;
+    TakeError();
+    const IMetadata & record = mProvider->MetadataById(key.mId, *mSubsystemContext);
+    if (const auto problem = TakeError())
+        mFindings.Add(place + KeyName(key.mId, key.mIndices, "") + ": " + *problem);
+    if (record.IsValid())
+        return &record;
+    mContent.mUnknownKeys.push_back(place + KeyName(key.mId, key.mIndices, ""));
+    return nullptr;
+}
+
+}   // namespace
+
+Content BuildContent(
+    const Image & image, IConfigContext & context, IMetadataProvider * provider, CFindings & findings)
+{
+    const CErrorsSetAside aside;
+    CContentBuilder builder(context, provider, findings);
+    for (const Store & store : image.mStores)
+        builder.AddStore(store);
+    return builder.Take();
+}
+
+}   // namespace imageconfig

@@ -1,0 +1,204 @@
+#include "keypacker.h"
+
+#include "fittedtree.h"
+#include "image.h"
+#include "rawcatcher.h"
+#include "report.h"
+#include "words.h"
+
+#include <configtools/keywords.h>
+#include <configtools/metadata.h>
+#include <configtools/structcodec.h>
+#include <configtools/zyncontext.h>
+#include <structtree/structtree.h>
+
+namespace imageconfig {
+
+using namespace VrexZynConfigTools;
+
+namespace {
+
+/// The key's own record; null for none. A payload may carry the record of a struct's field as well.
+const IMetadata * RecordOf(IPayload & payload, std::uint32_t id)
+{
+    auto * const user = dynamic_cast<IMetadataUser *>(&payload);
+    const IMetadata * const record = user != nullptr ? user->Metadata() : nullptr;
+    return record != nullptr && record->IsValid() && record->PsId() == id ? record : nullptr;
+}
+
+bool IsText(const std::string & type)
+{
+    return type == keywords::TYPE_STRING || type == keywords::TYPE_OCTET_STRING;
+}
+
+}   // namespace
+
+CKeyPacker::CKeyPacker(std::uint32_t id, bool isRaw)
+    : mIsRaw(isRaw)
+{
+    mKey.mId = id;
+    if (id == 0)
+        Fail("a key has the number 0");
+}
+
+void CKeyPacker::Fail(const std::string & text)
+{
+    if (mError.empty())
+        mError = text;
+}
+
+void CKeyPacker::AddIndex(std::uint32_t index)
+{
+    mKey.mIndices.push_back(index);
+}
+
+void CKeyPacker::Add(IPayload & payload)
+{
+    if (!mError.empty())
+        return;
+    mIsEmpty = false;
+    const IMetadata * const record = RecordOf(payload, mKey.mId);
+    if (record != nullptr && mKeyName.empty())
+        mKeyName = record->Name();
+    // A record without details says of itself what it is, such as in a file that holds its own types.
+    if (record != nullptr && record->Details() != nullptr && !mIsRaw)
+        AddByRecord(payload, *record);
+    else
+        AddByType(payload);
+}
+
+void CKeyPacker::AddByRecord(IPayload & payload, const IMetadata & record)
+{
+    if (record.MetadataType() == METADATA_STRUCT)
+        AddStruct(payload, record);
+    else if (record.MetadataType() == METADATA_ENUM)
+        AddEnumerator(payload);
+    else if (IsText(record.InternalType()))
+        AddText(payload);
+    else
+        AddNumber(payload, record.InternalType());
+}
+
+void CKeyPacker::AddStruct(IPayload & payload, const IMetadata & record)
+{
+    auto * const instance = dynamic_cast<CComplexPayload *>(&payload);
+    auto * const layout = dynamic_cast<CMetadataDetailStruct *>(record.Details());
+    if (instance == nullptr || layout == nullptr)
+        return Fail(layout == nullptr ? "the metadata have no fields of the struct"
+                                      : "a struct was given a plain value");
+    constexpr std::uint64_t MAX_BITS = 8 * MAX_BYTES_OF_CHUNK;
+    const std::uint64_t bits = structtree::SizeInBits(*layout);
+    if (bits > MAX_BITS)
+        return Fail("the metadata describe a struct of " + std::to_string(bits) + " bits; a chunk holds " +
+                    std::to_string(MAX_BITS));
+    const structtree::Result result = structtree::CodecTree(*instance, *layout);
+    if (result.mTree == nullptr)
+        return Fail(result.mError);
+    PackTree(*result.mTree, *layout);
+}
+
+void CKeyPacker::PackTree(CComplexPayload & tree, CMetadataDetailStruct & layout)
+{
+    std::string error;
+    const auto fitted = FittedTree(tree, layout, error);
+    if (fitted == nullptr)
+        return Fail(error);
+    const CErrorsSetAside aside;   // the codec stops where an error stands, whosever it is
+    CStructCodec codec;
+    CRawCatcher catcher;
+    CZynContext context;
+    codec.Encode(*fitted, layout);
+    codec.Write(catcher, context);
+    if (const auto problem = TakeError())
+        return Fail(*problem);
+    AppendRaw(layout.IsOctetsInBin() ? Form::OCTETS : Form::WORDS, catcher.Data());
+}
+
+void CKeyPacker::AddNumber(IPayload & payload, const std::string & keyword)
+{
+    const auto type = TypeByKeyword(keyword);
+    const auto value = ValueOf(payload);
+    if (!type)
+        return Fail("values of the type \"" + keyword + "\" have no raw form");
+    if (!value)
+        return Fail("a number was given another value");
+    if (!FitsInto(payload, *type))
+        return Fail("a value is out of range for the type \"" + keyword + '"');
+    std::string data;
+    AppendWords(data, *value, type->Words());
+    AppendRaw(Form::WORDS, data);
+}
+
+void CKeyPacker::AddEnumerator(IPayload & payload)
+{
+    const auto value = ValueOf(payload);
+    if (!value || !FitsInto(payload, *TypeByPayload(PAYLOAD_INT32)))
+        return Fail("an enumeration was given another value");
+    std::string data;
+    AppendWords(data, *value, WORDS_OF_ENUM);
+    AppendRaw(Form::WORDS, data);
+}
+
+void CKeyPacker::AddText(IPayload & payload)
+{
+    auto * const text = dynamic_cast<CStringPayload *>(&payload);
+    if (text == nullptr)
+        return Fail("a text was given another value");
+    if (mHasText)
+        return Fail("several texts can't be told apart in an image");
+    mHasText = true;
+    AppendRaw(Form::OCTETS, text->GetValue());
+}
+
+void CKeyPacker::AddByType(IPayload & payload)
+{
+    const PayloadTypeEnum type = payload.Type();
+    if (mType && *mType != type)
+        return Fail("values of several types can't be told apart without metadata");
+    mType = type;
+    auto * const text = dynamic_cast<CStringPayload *>(&payload);
+    mIsPlain = mIsPlain && (type == PAYLOAD_UINT16 || (text != nullptr && text->IsOctet()));
+    if (text != nullptr)
+        return AddText(payload);
+    if (dynamic_cast<CEnumPayload *>(&payload) != nullptr)
+        return AddEnumerator(payload);
+    const auto number = TypeByPayload(type);
+    if (!number)
+        return Fail("the fields of a structure can't be told apart without metadata");
+    std::string data;
+    AppendWords(data, ValueOf(payload).value_or(0), number->Words());
+    AppendRaw(Form::WORDS, data);
+}
+
+void CKeyPacker::AppendRaw(Form form, const std::string & data)
+{
+    if (!mKey.mData.empty() && mKey.mForm != form)
+        return Fail("words and octets can't be told apart in one value");
+    mKey.mForm = form;
+    mKey.mData += data;
+}
+
+std::optional<RawKey> CKeyPacker::Finish()
+{
+    const std::string objection = ObjectionTo(mKey.mIndices);
+    if (!objection.empty())
+        Fail(objection);
+    const std::size_t length = ComposeChunk({ std::nullopt, mKey }).size();
+    if (length > MAX_BYTES_OF_CHUNK)
+        Fail("the value takes " + std::to_string(length) + " bytes; a chunk holds " +
+             std::to_string(MAX_BYTES_OF_CHUNK));
+    return mError.empty() ? std::optional(mKey) : std::nullopt;
+}
+
+std::string CKeyPacker::Name() const
+{
+    return KeyName(mKey.mId, mKey.mIndices, mKeyName);
+}
+
+bool CKeyPacker::LosesNameOrType() const
+{
+    const bool isByType = mType.has_value() || mIsEmpty;
+    return isByType && (!mIsRaw || !mIsPlain || !mKeyName.empty());
+}
+
+}   // namespace imageconfig

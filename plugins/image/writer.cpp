@@ -1,0 +1,277 @@
+#include "writer.h"
+
+#include <configtools/context.h>
+#include <configtools/keywords.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+
+namespace imageconfig {
+
+namespace {
+
+constexpr int NO_LAYER = 255;   // above all of them
+constexpr int MAX_TAG = 65535;
+
+std::optional<int> ParseNumber(std::string_view text, int min, int max)
+{
+    int number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool isWhole = error == std::errc() && end == text.data() + text.size();
+    return isWhole && number >= min && number <= max ? std::optional(number) : std::nullopt;
+}
+
+}   // namespace
+
+CImageWriter::CImageWriter(const std::string & path)
+    : mPath(path)
+{}
+
+// Whatever goes wrong in a call, the file must not take its place.
+template <typename ActionT>
+void CImageWriter::Run(ActionT action)
+{
+    Guarded(mPath, action, [this] { mIsRunning = false; });
+}
+
+// For what makes the rest of the write pointless: told at once, so that the write ends.
+void CImageWriter::Refuse(const std::string & text)
+{
+    mIsRunning = false;
+    ReportError(mPath + ": " + text);
+}
+
+void CImageWriter::PrepareWriter(IConfigContext &) {}
+
+void CImageWriter::StartWrite(IConfigContext & context)
+{
+    Run([&] { Begin(context); });
+}
+
+void CImageWriter::Begin(IConfigContext & context)
+{
+    mStores.clear();
+    mPlaces.clear();
+    mChip.reset();
+    mFindings = CFindings();
+    mStore.reset();
+    mElement.reset();
+    mLosses.clear();
+    mIsRunning = true;
+    if (!context.GetTag(keywords::TAG_LAYER_FILTER).empty())
+        return Refuse("a filtered write has layers in place of stores; an image needs stores");
+    const std::string sizes = context.GetTag(TAG_STORE_SIZES);
+    const auto parsed = ParseStoreSizes(sizes);
+    if (!parsed)
+        return Refuse("the context tag \"" + std::string(TAG_STORE_SIZES) + "\" reads \"" + sizes +
+                      "\"; expected DEVICE.STORE:SIZE,... in decimal, such as \"1.1:512,15.1:8192\"");
+    mSizes = *parsed;
+    std::string reason;
+    if (!mFile.Open(mPath, reason))
+        Refuse(std::string(keywords::ERROR_UNABLE_TO_WRITE_FILE) + " (" + reason + ')');
+    const std::string chip = context.GetTag(keywords::TAG_CHIP);
+    if (!chip.empty())
+        mChip = chip;
+}
+
+void CImageWriter::StartSubsystem(IConfigContext & context)
+{
+    Run([&] {
+        if (mIsRunning)
+            OpenSubsystem(context);
+        else if (!IsErrorStanding())
+            Refuse(std::string(keywords::ERROR_INVALID_OPERATION) + " (no write has been started)");
+    });
+}
+
+void CImageWriter::OpenSubsystem(IConfigContext & context)
+{
+    CloseSubsystem();
+    TakeChip(context);
+    if (!mIsRunning)
+        return;
+    const auto device = NumberTag(context, keywords::TAG_DEVICE, -1);
+    const auto number = NumberTag(context, keywords::TAG_STORE, 0);
+    mSubsystemType = NumberTag(context, keywords::TAG_SUBSYSTEM_TYPE, -1);
+    const auto [place, isNew] = mPlaces.try_emplace({ device, number }, mStores.size());
+    if (isNew) {
+        const auto layer = ParseNumber(context.GetTag(keywords::TAG_LAYER_NUMBER), 0, NO_LAYER);
+        mStores.push_back({ layer.value_or(NO_LAYER), {} });
+        mStores.back().mStore.mDevice = device;
+        mStores.back().mStore.mNumber = number;
+    }
+    mStore = place->second;
+    mHasKeys = false;
+}
+
+void CImageWriter::TakeChip(IConfigContext & context)
+{
+    const std::string chip = context.GetTag(keywords::TAG_CHIP);
+    if (mStores.empty())
+        mChip = chip;
+    if (chip != mChip)
+        Refuse("subsystems of two chips, \"" + *mChip + "\" and \"" + chip + "\"; an image holds those of one");
+    else if (chip.size() > MAX_BYTES_OF_LABEL)
+        Refuse("the label of the chip has " + std::to_string(chip.size()) + " bytes; an image holds " +
+               std::to_string(MAX_BYTES_OF_LABEL));
+}
+
+std::optional<int> CImageWriter::NumberTag(IConfigContext & context, const char * tag, int min)
+{
+    const std::string text = context.GetTag(tag);
+    const auto number = ParseNumber(text, min, MAX_TAG);
+    if (!number && !text.empty())
+        mFindings.Add("a subsystem whose context tag \"" + std::string(tag) + "\" reads \"" + text +
+                      "\"; expected a number up to " + std::to_string(MAX_TAG));
+    return number;
+}
+
+void CImageWriter::EndSubsystem(IConfigContext &)
+{
+    Run([this] { CloseSubsystem(); });   // also without a start: an empty filtered write ends so
+}
+
+void CImageWriter::CloseSubsystem()
+{
+    if (mIsRunning && mStore && !mHasKeys)
+        AddChunk({ mSubsystemType, std::nullopt }, "a subsystem");
+    mStore.reset();
+}
+
+void CImageWriter::StartElement(IConfigContext & context)
+{
+    Run([&] {
+        mElement.reset();
+        mIsRaw = context.TagMatches(keywords::TAG_RAW_MODE, keywords::VALUE_TRUE);
+    });
+}
+
+void CImageWriter::WriteKeyId(std::uint32_t psId, IConfigContext &)
+{
+    Run([&] {
+        if (mIsRunning && !mStore)
+            return Refuse(std::string(keywords::ERROR_INVALID_OPERATION) + " (a key outside of a subsystem)");
+        if (mIsRunning)
+            mElement.emplace(psId, mIsRaw);
+    });
+}
+
+void CImageWriter::WriteNamedData(
+    const std::string & name, const void * data, std::uint32_t size, IConfigContext &)
+{
+    Run([&] {
+        if (!mElement || name == keywords::TAG_NUM_INDICES)
+            return;   // the indices that follow are counted
+        std::uint32_t index = 0;
+        if (name != keywords::TAG_INDEX || data == nullptr || size != sizeof index)
+            return mFindings.Add(
+                StoreName() + ", " + mElement->Name() + ": named data that an image can't hold");
+        std::memcpy(&index, data, sizeof index);
+        mElement->AddIndex(index);
+    });
+}
+
+void CImageWriter::WritePayload(IPayload & payload, IConfigContext &)
+{
+    Run([&] {
+        if (mElement)
+            mElement->Add(payload);
+    });
+}
+
+void CImageWriter::EndElement(IConfigContext &)
+{
+    Run([this] {
+        if (mElement && mIsRunning && mStore)
+            CloseElement();
+        mElement.reset();
+    });
+}
+
+void CImageWriter::CloseElement()
+{
+    mHasKeys = true;
+    const auto key = mElement->Finish();
+    if (!key)
+        return mFindings.Add(StoreName() + ", " + mElement->Name() + ": " + mElement->Error());
+    if (mElement->LosesNameOrType())
+        mLosses.push_back(mElement->Name());
+    AddChunk({ mSubsystemType, key }, mElement->Name());
+}
+
+void CImageWriter::AddChunk(const Chunk & chunk, const std::string & what)
+{
+    if (!AppendChunk(mStores[*mStore].mStore, ComposeChunk(chunk)))
+        mFindings.Add(StoreName() + ", " + what + ": the store has no number left for it; it holds " +
+                      std::to_string(MAX_CHUNKS) + " chunks");
+}
+
+std::string CImageWriter::StoreName() const
+{
+    const Store & store = mStores[*mStore].mStore;
+    return imageconfig::StoreName(store.mDevice, store.mNumber);
+}
+
+void CImageWriter::EndWrite(IConfigContext &)
+{
+    Run([this] { Finish(); });
+    mFile.Discard();   // nothing is left of it if it took its place
+    mStores.clear();
+    mIsRunning = false;
+}
+
+void CImageWriter::Finish()
+{
+    if (!mIsRunning)
+        return;
+    SettleSizes();
+    if (!mFindings.IsEmpty())
+        return ReportError(mFindings.Text(mPath));
+    if (IsErrorStanding())
+        return;
+    std::stable_sort(mStores.begin(), mStores.end(),
+        [](const OpenStore & left, const OpenStore & right) { return left.mLayer < right.mLayer; });
+    Image image;
+    image.mChip = mChip.value_or("");
+    for (OpenStore & open : mStores)
+        image.mStores.push_back(std::move(open.mStore));
+    std::string reason;
+    if (!mFile.Commit(ComposeImage(image), reason))
+        return Refuse(std::string(keywords::ERROR_UNABLE_TO_WRITE_FILE) + " (" + reason + ')');
+    WarnOfLosses();
+}
+
+void CImageWriter::SettleSizes()
+{
+    std::uint64_t total = 0;
+    for (OpenStore & open : mStores) {
+        Store & store = open.mStore;
+        const std::uint64_t used = BytesUsed(*store.mChunks);
+        const auto known = mSizes.find({ store.mDevice.value_or(-1), store.mNumber.value_or(-1) });
+        store.mSize = known != mSizes.end() ? known->second : DefaultSize(used);
+        if (!SettleFreeSize(store))
+            mFindings.Add(imageconfig::StoreName(store.mDevice, store.mNumber) + ": the keys take " +
+                          std::to_string(used) + " bytes; its size is " + std::to_string(store.mSize));
+        total += used;
+    }
+    if (total > MAX_BYTES_OF_IMAGE / 2 || mStores.size() > MAX_STORES)
+        mFindings.Add("the configuration takes " + std::to_string(total) + " bytes in " +
+                      std::to_string(mStores.size()) + " stores; an image holds " +
+                      std::to_string(MAX_BYTES_OF_IMAGE / 2) + " in " + std::to_string(MAX_STORES));
+}
+
+void CImageWriter::WarnOfLosses() const
+{
+    constexpr std::size_t MAX_NAMED = 10;
+    if (mLosses.empty())
+        return;
+    std::string text = mPath + ": name and type of " + std::to_string(mLosses.size()) +
+                       (mLosses.size() == 1 ? " key are" : " keys are") +
+                       " not in the image, as no metadata describe them: ";
+    for (std::size_t place = 0; place < std::min(mLosses.size(), MAX_NAMED); ++place)
+        text += (place == 0 ? "" : ", ") + mLosses[place];
+    ReportWarning(mLosses.size() > MAX_NAMED ? text + ", ..." : text);
+}
+
+}   // namespace imageconfig
