@@ -56,6 +56,7 @@ std::string RowText(const Cells & row, const std::vector<std::size_t> & widths)
         if (widths[i] > 0)
             text.append(GAP).append(Padded(row[i], widths[i]));
     }
+    text.erase(text.find_last_not_of(' ') + 1);   // what fits must not look cut off
     return text;
 }
 

@@ -152,7 +152,10 @@ Value ValueOf(CElement & element)
     const IMetadata & metadata = record == nullptr ? CNullMetadata::Ref() : *record;
     const std::vector<IPayload *> payloads = element.GetPayloadCopy(false);
     const bool isRaw = dynamic_cast<CElementRaw *>(&element) != nullptr;
-    if (!metadata.IsArray() && (isRaw || dynamic_cast<CElementStruct *>(&element) != nullptr))
+    // A record with details comes from a provider: the element factory has put the fields into one payload then.
+    const bool holdsFields =
+        dynamic_cast<CElementStruct *>(&element) != nullptr && metadata.Details() == nullptr;
+    if (!metadata.IsArray() && (isRaw || holdsFields))
         return { isRaw ? TYPE_RAW : TYPE_STRUCT, Value::Struct{ ValuesOf(payloads) } };
     return ValueOf(payloads, metadata);
 }
