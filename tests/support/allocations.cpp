@@ -1,8 +1,12 @@
 #include <support/allocations.h>
 
+#include <configtools/payloads.h>
+
 #include <cstddef>
 #include <cstdlib>
 #include <limits>
+#include <memory>
+#include <vector>
 
 namespace {
 
@@ -27,6 +31,20 @@ void * AllocateOrThrow(std::size_t size)
     if (void * const memory = Allocate(size))
         return memory;
     throw std::bad_alloc();
+}
+
+/// The library keeps the memory of freed payloads, and what comes from there can't fail. This takes all of it, for as
+/// long as the program runs.
+template <typename PayloadT, typename... ArgumentT>
+void TakeKeptMemory(ArgumentT... argument)
+{
+    static std::vector<std::unique_ptr<VrexZynConfigTools::IPayload>> taken;
+    for (bool isKept = true; isKept;) {
+        const std::uint64_t before = allocationCount;
+        auto payload = std::make_unique<PayloadT>(argument...);
+        isKept = allocationCount == before;
+        taken.push_back(std::move(payload));
+    }
 }
 
 }   // namespace
@@ -90,6 +108,9 @@ std::uint64_t AllocationCount()
 
 void FailAllocationsAfter(std::uint64_t count)
 {
+    LetAllocationsPass();
+    TakeKeptMemory<CUint64Payload>(0U);
+    TakeKeptMemory<CComplexPayload>(PAYLOAD_COMPLEX);
     granted = count;
 }
 
