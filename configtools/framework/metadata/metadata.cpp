@@ -82,6 +82,7 @@ CMetadata & CMetadata::operator=(const CMetadata & other)
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadata::operator=");
 
+    mMark.Changed();
     // What this record held is forgotten without being freed, intended: another copy may share it.
     KeepForEver(mDetails);
     for (const CTableIndex * const index : mTableIndices)
@@ -311,6 +312,7 @@ void CMetadata::SetDetails(IMetadataDetail & details)
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadata::SetDetails");
 
+    mMark.Changed();
     if (mDetails != &details)
         KeepForEver(mDetails);   // dropped without being freed, intended
     mDetails = &details;

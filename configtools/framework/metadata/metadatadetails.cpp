@@ -1,5 +1,6 @@
 #include <configtools/metadata.h>
 
+#include "changes.h"
 #include <configtools/keywords.h>
 #include <messages/trace.h>
 #include <misc/stringutil.h>
@@ -144,6 +145,16 @@ CMetadataDetailEnum::CMetadataDetailEnum(const IMetadata & metadata)
     ZYN_SENTRY("VrexZynConfigTools::CMetadataDetailEnum::CMetadataDetailEnum");
 }
 
+CMetadataDetailEnum & CMetadataDetailEnum::operator=(const CMetadataDetailEnum & other)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CMetadataDetailEnum::operator=");
+
+    mMark.Changed();
+    CMetadataDetailSimple::operator=(other);
+    mEnums = other.mEnums;
+    return *this;
+}
+
 const std::map<std::string, int> * CMetadataDetailEnum::GetEnums()
 {
     return &mEnums;
@@ -165,6 +176,7 @@ void CMetadataDetailEnum::AddEnum(const std::string & name, const std::string & 
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadataDetailEnum::AddEnum");
 
+    mMark.Changed();
     mEnums[name] = stringutil::DecimalToInt(value);
 }
 
@@ -173,7 +185,10 @@ int CMetadataDetailEnum::EnumValue(const std::string & name)
     int result = 0;
     ZYN_SENTRY_RESULT("VrexZynConfigTools::CMetadataDetailEnum::EnumValue", result);
 
-    return result = mEnums[name];   // adds an unknown name with the value 0, intended
+    const auto [found, isAdded] = mEnums.try_emplace(name, 0);   // adds an unknown name, intended
+    if (isAdded)
+        mMark.Changed();
+    return result = found->second;
 }
 
 std::string CMetadataDetailEnum::EnumName(std::int32_t value) const
@@ -202,6 +217,7 @@ CMetadataDetailStruct::~CMetadataDetailStruct()
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadataDetailStruct::~CMetadataDetailStruct");
 
+    delete mPlan.load(std::memory_order_relaxed);
     for (const CStructField * const field : mFields)
         delete field;
 }
@@ -255,6 +271,7 @@ void CMetadataDetailStruct::AddField(
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadataDetailStruct::AddField");
 
+    mMark.Changed();
     auto field = std::make_unique<const CStructField>(metadata, elemLsbBitPosition, elemBitWidth);
     mFields.push_back(field.get());
     static_cast<void>(field.release());   // mFields owns it now
@@ -281,7 +298,7 @@ void CMetadataDetailStruct::OrderFieldsForTargetArchitecture()
         OrderFieldsOfInnerStructs();   // and this level is left as it is, intended
         return;
     }
-    SortByAscendingBitPosition();
+    SortByAscendingBitPosition();   // which makes known that the order changes
     if (!mIsLittleEndian)
         ReverseWithinWords(mFields);
 }
@@ -300,6 +317,7 @@ void CMetadataDetailStruct::SortByAscendingBitPosition()
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadataDetailStruct::SortByAscendingBitPosition");
 
+    mMark.Changed();
     std::stable_sort(mFields.begin(), mFields.end(), [](const CStructField * left, const CStructField * right) {
         return left->ElemLsbBitPos() < right->ElemLsbBitPos();
     });

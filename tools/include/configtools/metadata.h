@@ -15,6 +15,7 @@
 #include <configtools/export.h>
 #include <configtools/types.h>
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -23,9 +24,40 @@
 
 namespace VrexZynConfigTools {
 
+class CKeptWork;
 class CStructField;
+class CStructPlan;
 class CTableIndex;
 class IMetadata;
+
+/// For the library's own use. A record or detail is marked when something is worked out from it and kept; a change or
+/// the end of what is marked makes all that is kept be looked at again. A copy isn't marked, whatever its source is.
+class CONFIGTOOLS_EXPORT CChangeMark
+{
+public:
+    CChangeMark() noexcept = default;
+    CChangeMark(const CChangeMark & /*other*/) noexcept {}
+    CChangeMark & operator=(const CChangeMark & /*other*/) noexcept
+    {
+        Changed();
+        return *this;
+    }
+    ~CChangeMark() { Changed(); }
+
+    /// Finished records may be read, and so marked, by several threads at once.
+    void Mark() const noexcept { mIsMarked.store(true, std::memory_order_relaxed); }
+
+    void Changed() noexcept
+    {
+        if (mIsMarked.load(std::memory_order_relaxed))
+            CountChange();
+    }
+
+private:
+    void CountChange() noexcept;
+
+    mutable std::atomic<bool> mIsMarked{ false };
+};
 
 /// Follows the structure of a key while it is inspected.
 class CONFIGTOOLS_EXPORT IMetadataLayoutInspectorObserver
@@ -188,6 +220,8 @@ public:
     void AddTableIndex(CTableIndex * index);
 
 private:
+    friend class CStructPlan;
+
     void InspectIndices(IMetadataInspectorObserver & observer) const;
     void InspectDetails(IMetadataInspectorObserver & observer) const;
     void Swap(CMetadata & other) noexcept;
@@ -219,6 +253,7 @@ private:
     MetadataTypeEnum mMetadataType;
     IMetadataDetail * mDetails;                 // owned, may be null
     std::vector<CTableIndex *> mTableIndices;   // owned
+    CChangeMark mMark;
 };
 
 /// The record that stands for no metadata: `IsValid` is false and `Inspect` calls nothing.
@@ -258,6 +293,8 @@ class CONFIGTOOLS_EXPORT CMetadataDetailEnum : public CMetadataDetailSimple
 {
 public:
     explicit CMetadataDetailEnum(const IMetadata & metadata);
+    CMetadataDetailEnum(const CMetadataDetailEnum & other) = default;
+    CMetadataDetailEnum & operator=(const CMetadataDetailEnum & other);
 
     const std::map<std::string, int> * GetEnums() override;
     void Inspect(IMetadataInspectorObserver & observer) override;
@@ -273,7 +310,10 @@ public:
     std::string EnumName(std::int32_t value) const;
 
 private:
+    friend class CStructPlan;
+
     std::map<std::string, int> mEnums;
+    CChangeMark mMark;
 };
 
 /// A struct of bit fields, with the layout of its packed form.
@@ -312,11 +352,16 @@ public:
     bool IsNested() const;
 
 private:
+    friend class CStructPlan;
+
     void OrderFieldsOfInnerStructs();
 
     std::vector<const CStructField *> mFields;   // owned
     bool mIsLittleEndian;
     bool mIsOctetsInBin;
+    CChangeMark mMark;
+    std::atomic<const CKeptWork *> mPlan{ nullptr };   // owned: how the codec packs this struct
+    std::atomic<std::uint64_t> mPlanChanges{ 0 };      // the count of changes up to which the plan holds
 };
 
 /// One bit field of a struct.
