@@ -93,11 +93,6 @@ bool CMessageHandler::ModifyErrorMsg(short /*code*/, const std::string & text, G
     return true;
 }
 
-bool CMessageHandler::IsErrorSet(GroupEnum group, bool /*flag*/) const
-{
-    return CTheMsgHnd::mHandlers[group].mError != nullptr;
-}
-
 void CMessageHandler::ClearError(GroupEnum group)
 {
     const std::unique_ptr<ErrorRecord> former(std::exchange(CTheMsgHnd::mHandlers[group].mError, nullptr));

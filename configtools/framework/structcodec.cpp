@@ -1,5 +1,7 @@
 #include <configtools/structcodec.h>
 
+#include "elements/payloadmemory.h"
+#include "structcodec_plan.h"
 #include "structcodec_walk.h"
 #include <configtools/keywords.h>
 #include <configtools/metadata.h>
@@ -23,9 +25,6 @@ namespace {
 
 constexpr GroupEnum MESSAGE_GROUP = GROUP_FRAMEWORK;
 constexpr std::uint32_t DECISIONS = 3;
-
-/// More than any device holds; what is larger comes from metadata that is wrong.
-constexpr std::uint64_t MAX_STRUCT_BITS = std::uint64_t{ 1 } << 27;
 
 struct IntegerType
 {
@@ -55,6 +54,12 @@ bool LiesBelowItsPosition(const CStructField & field, bool littleEndian)
            metadata->MetadataType() == METADATA_SIMPLE && !metadata->IsArray();
 }
 
+/// What is allocated for the words. Those of most structs fit into the memory of a payload.
+std::size_t BytesFor(std::uint64_t words)
+{
+    return std::max(words * sizeof(std::uint16_t), payloadmemory::SMALL_BLOCK);
+}
+
 }   // namespace
 
 namespace structcodec {
@@ -77,6 +82,19 @@ CMetadataDetailStruct * NestedLayout(const IMetadata & metadata)
     if (layout == nullptr)
         SetLayoutError("the struct field " + metadata.Name() + " has no fields of its own in the metadata");
     return layout;
+}
+
+std::uint64_t SizeInBits(CMetadataDetailStruct & detail)
+{
+    std::uint64_t size = 0;
+    for (const CStructField * const field : *detail.GetStructFields()) {
+        const std::int64_t width = LiesBelowItsPosition(*field, detail.IsLittleEndian())
+                                       ? int{ CStructCodec::BITS_IN_UINT16 }
+                                       : field->ElemBitWidth();
+        // Compared as unsigned numbers, intended: a field that ends below 0 makes a struct that is far too large.
+        size = std::max(size, static_cast<std::uint64_t>(field->ElemLsbBitPos() + width));
+    }
+    return size;
 }
 
 }   // namespace structcodec
@@ -157,11 +175,12 @@ std::uint32_t CStructCodec::BitsForInternalType(const std::string & type)
     return found != INTEGER_TYPES.end() ? found->mBits : 0;
 }
 
-bool CStructCodec::Allocate(CMetadataDetailStruct & detail)
+bool CStructCodec::Allocate(CMetadataDetailStruct & detail, const CStructPlan * plan)
 {
+    using structcodec::MAX_STRUCT_BITS;
     CleanUp();
     mOctetsInBin = detail.IsOctetsInBin();
-    const std::uint64_t bits = GetStructSizeInBits(detail);
+    const std::uint64_t bits = plan != nullptr ? plan->Bits() : GetStructSizeInBits(detail);
     const std::uint64_t words = (bits + BITS_IN_UINT16 - 1) / BITS_IN_UINT16;
     if (bits > MAX_STRUCT_BITS) {
         structcodec::SetLayoutError("the metadata describes a struct of " + std::to_string(bits) +
@@ -171,11 +190,12 @@ bool CStructCodec::Allocate(CMetadataDetailStruct & detail)
     }
     if (words == 0)
         return true;
-    mpWords = new (std::nothrow) std::uint16_t[words]();
+    mpWords = static_cast<std::uint16_t *>(payloadmemory::Allocate(BytesFor(words), std::nothrow));
     if (mpWords == nullptr) {
         structcodec::SetLayoutError("no memory for a struct of " + std::to_string(bits) + " bits");
         return false;
     }
+    std::fill_n(mpWords, words, std::uint16_t{ 0 });
     mBitSize = bits;
     mNumOctets = (bits + 7) / 8;
     mNumWords = words;
@@ -184,40 +204,21 @@ bool CStructCodec::Allocate(CMetadataDetailStruct & detail)
 
 std::uint64_t CStructCodec::GetStructSizeInBits(CMetadataDetailStruct & detail)
 {
-    std::uint64_t size = 0;
-    for (const CStructField * const field : *detail.GetStructFields()) {
-        const std::int64_t width = LiesBelowItsPosition(*field, detail.IsLittleEndian())
-                                       ? int{ BITS_IN_UINT16 }
-                                       : field->ElemBitWidth();
-        // Compared as unsigned numbers, intended: a field that ends below 0 makes a struct that is far too large.
-        size = std::max(size, static_cast<std::uint64_t>(field->ElemLsbBitPos() + width));
-    }
-    return size;
+    return structcodec::SizeInBits(detail);
 }
 
 void CStructCodec::CleanUp()
 {
-    delete[] mpWords;
+    payloadmemory::Free(mpWords, BytesFor(mNumWords));
     mpWords = nullptr;
     mNumWords = 0;
     mBitSize = 0;
     mNumOctets = 0;
 }
 
-std::uint16_t CStructCodec::Word(std::uint64_t index) const
+structcodec::CWords CStructCodec::Words() const
 {
-    return index < mNumWords ? mpWords[index] : std::uint16_t{ 0 };
-}
-
-void CStructCodec::SetWord(std::uint64_t index, std::uint16_t value)
-{
-    if (index < mNumWords)
-        mpWords[index] = value;
-}
-
-void CStructCodec::MergeIntoWord(std::uint64_t index, std::uint64_t value)
-{
-    SetWord(index, static_cast<std::uint16_t>(Word(index) | value));
+    return structcodec::CWords(mpWords, mNumWords);
 }
 
 }   // namespace VrexZynConfigTools

@@ -3,6 +3,7 @@
 #include <configtools/structcodec.h>
 
 #include "elements/payloadlist.h"
+#include "structcodec_plan.h"
 #include "structcodec_walk.h"
 #include <configtools/elements.h>
 #include <configtools/keywords.h>
@@ -20,13 +21,6 @@ namespace {
 
 constexpr GroupEnum MESSAGE_GROUP = GROUP_FRAMEWORK;
 constexpr std::uint32_t DECISIONS = 3;
-
-/// As many as the smallest array items that the largest struct has room for.
-constexpr std::uint64_t MAX_PAYLOADS = 1U << 24;
-
-/// Fields without bits, and the trees above fields with bits, take payloads too.
-constexpr std::uint64_t PAYLOADS_APART_FROM_BITS = 1U << 16;
-constexpr std::uint64_t PAYLOADS_PER_BIT = 4;
 
 CComplexPayload & AddComplex(CComplexPayload & owner)
 {
@@ -55,19 +49,6 @@ std::uint64_t ExtendSign(std::uint64_t value, std::uint32_t size, const IMetadat
     return value;
 }
 
-/// The type of a number: the record's own if it has a width, else the smallest that the field fits into.
-std::string TypeOfField(const IMetadata & metadata, std::uint32_t size)
-{
-    std::string type = metadata.InternalType();
-    if (CStructCodec::BitsForInternalType(type) != 0)
-        return type;
-    const std::string format = metadata.Format();
-    const bool isUnsigned =
-        format == keywords::FORMAT_UNSIGNED_DECIMAL || format == keywords::FORMAT_HEXADECIMAL;
-    std::string fitting = CStructCodec::GetIntTypeFromBitWidth(std::to_string(size), isUnsigned);
-    return fitting.empty() ? type : fitting;
-}
-
 /// The payload that an element of the library makes of a value, with the record attached.
 std::unique_ptr<IPayload> TakePayload(CElement & element, const IMetadata & metadata)
 {
@@ -93,7 +74,7 @@ std::unique_ptr<IPayload> NewNumericPayload(const IMetadata & metadata, std::uin
 {
     NumericVariable number;
     number.mUint64 = value;
-    CElementNumericArray element(TypeOfField(metadata, size), 0, "", true);
+    CElementNumericArray element(structcodec::TypeOfField(metadata, size), 0, "", true);
     element.SetValue(std::vector<NumericVariable>{ number });
     std::unique_ptr<IPayload> payload = TakePayload(element, metadata);
     if (payload == nullptr) {   // a type without a width: a zero keeps payloads and fields in step
@@ -105,6 +86,18 @@ std::unique_ptr<IPayload> NewNumericPayload(const IMetadata & metadata, std::uin
 
 }   // namespace
 
+std::string structcodec::TypeOfField(const IMetadata & metadata, std::uint32_t size)
+{
+    std::string type = metadata.InternalType();
+    if (CStructCodec::BitsForInternalType(type) != 0)
+        return type;
+    const std::string format = metadata.Format();
+    const bool isUnsigned =
+        format == keywords::FORMAT_UNSIGNED_DECIMAL || format == keywords::FORMAT_HEXADECIMAL;
+    std::string fitting = CStructCodec::GetIntTypeFromBitWidth(std::to_string(size), isUnsigned);
+    return fitting.empty() ? type : fitting;
+}
+
 bool CStructCodec::Decode(
     IElementFactorySource & source, CMetadataDetailStruct & detail, CComplexPayload * out, bool & more)
 {
@@ -112,21 +105,28 @@ bool CStructCodec::Decode(
     ZYN_SENTRY_RESULT("VrexZynConfigTools::CStructCodec::Decode", result);
 
     mWalk = {};
-    const bool isAllocated = Allocate(detail);
+    const bool isAllocated = Allocate(detail, structcodec::PlanFor(detail));
     more = isAllocated && (mOctetsInBin ? ReadOctets(source, out) : ReadWords(source));
     if (ZYN_HANDLER(zynFunction).IsErrorSet(GROUP_FRAMEWORK, true))
         return result = false;
-    if (out != nullptr)
+    if (out == nullptr)
+        return result = true;
+    // Asked for again, since the source may have changed the metadata.
+    const CStructPlan * const plan = structcodec::PlanFor(detail);
+    if (plan != nullptr && plan->Bits() == mBitSize)
+        structcodec::Unpack(*plan, Words(), *out);
+    else
         DoDecode(0, detail, out);
     return result = true;   // what unpacking itself reports is not looked at, intended
 }
 
 bool CStructCodec::ReadWords(IElementFactorySource & source)
 {
+    const std::string type = keywords::TYPE_UINT16;
     bool more = true;
     std::uint64_t value = 0;   // once, not per word, intended
     for (std::uint64_t index = 0; index < mNumWords && more; ++index) {
-        more = source.NextInt(keywords::TYPE_UINT16, value, nullptr);
+        more = source.NextInt(type, value, nullptr);
         if (ZYN_HANDLER("VrexZynConfigTools::CStructCodec::Decode").IsErrorSet(GROUP_OUTER_READER, true))
             more = false;
         else
@@ -205,7 +205,7 @@ void CStructCodec::DecodeWideField(std::uint32_t position, const CStructField & 
     const auto width = static_cast<std::uint32_t>(field.ElemBitWidth());
     std::uint64_t index = position / BITS_IN_UINT16;
     for (std::uint32_t count = width / BITS_IN_UINT16; count > 0 && CountPayload(); --count)
-        complex.AddField(new CUint16Payload(Word(index++)));
+        complex.AddField(new CUint16Payload(Words().Word(index++)));
 }
 
 void CStructCodec::DecodeArrayField(
@@ -228,52 +228,33 @@ IPayload * CStructCodec::NewArrayItem(std::uint32_t position, std::uint32_t bits
     // Unsigned whatever the item's type says, and 32 bits of an item of 64; both intended.
     const std::uint64_t index = position / BITS_IN_UINT16;
     const std::uint32_t bit = position % BITS_IN_UINT16;
+    const structcodec::CWords words = Words();
     if (bits < BITS_IN_UINT16)
-        return new CUint8Payload(static_cast<std::uint8_t>(std::uint32_t{ Word(index) } >> bit));
-    if (bits == BITS_IN_UINT16) {
-        const bool straddles = bit == 8 && littleEndian;
-        return new CUint16Payload(straddles ? StraddlingWord(index) : Word(index));
-    }
-    const std::uint32_t high = Word(littleEndian ? index + 1 : index - 1);
-    return new CUint32Payload(high << BITS_IN_UINT16 | Word(index));
+        return new CUint8Payload(static_cast<std::uint8_t>(std::uint32_t{ words.Word(index) } >> bit));
+    if (bits > BITS_IN_UINT16)
+        return new CUint32Payload(words.WideItem(index, littleEndian));
+    const bool straddles = structcodec::CWords::Straddles(position, littleEndian);
+    return new CUint16Payload(straddles ? words.StraddlingWord(index) : words.Word(index));
 }
 
 void CStructCodec::DecodeField(std::uint32_t position, std::uint32_t size, const CStructField * field,
     CComplexPayload & out, bool littleEndian)
 {
     const IMetadata & metadata = *field->Metadata();
-    const bool straddles = size == BITS_IN_UINT16 && position % BITS_IN_UINT16 == 8 && littleEndian;
-    const std::uint64_t value = straddles
-                                    ? StraddlingWord(position / BITS_IN_UINT16)   // without a sign, intended
-                                    : ExtendSign(FieldBits(position, size, littleEndian), size, metadata);
+    const structcodec::CWords words = Words();
+    const bool straddles = size == BITS_IN_UINT16 && structcodec::CWords::Straddles(position, littleEndian);
+    const std::uint64_t value =
+        straddles ? words.StraddlingWord(position / BITS_IN_UINT16)   // without a sign, intended
+                  : ExtendSign(words.Number(position, size, littleEndian), size, metadata);
     std::unique_ptr<IPayload> payload = metadata.MetadataType() == METADATA_ENUM
                                             ? NewEnumPayload(metadata, value)
                                             : NewNumericPayload(metadata, size, value);
     out.AddField(payload.release());
 }
 
-std::uint64_t CStructCodec::FieldBits(std::uint32_t position, std::uint32_t size, bool littleEndian) const
-{
-    const std::uint64_t index = position / BITS_IN_UINT16;
-    std::uint64_t gathered = 0;
-    for (std::uint32_t ahead = 0; ahead * BITS_IN_UINT16 < size; ++ahead) {
-        const std::uint64_t word = Word(littleEndian ? index + ahead : index - ahead);
-        gathered |= word << (ahead * BITS_IN_UINT16);
-    }
-    // The mask of a field of 64 bits is 0, as the processor's shift has it; so it is 0, intended.
-    const std::uint64_t mask = (std::uint64_t{ 1 } << (size % 64)) - 1;
-    return gathered >> (position % BITS_IN_UINT16) & mask;
-}
-
-std::uint16_t CStructCodec::StraddlingWord(std::uint64_t index) const
-{
-    return static_cast<std::uint16_t>(Word(index + 1) << 8 | Word(index) >> 8);
-}
-
 bool CStructCodec::CountPayload()
 {
-    // Bad metadata may repeat itself without end; a struct has no more values than fit into its bits.
-    const std::uint64_t limit = PAYLOADS_APART_FROM_BITS + std::min(mBitSize * PAYLOADS_PER_BIT, MAX_PAYLOADS);
+    const std::uint64_t limit = structcodec::MaxPayloads(mBitSize);
     if (mWalk.payloads == limit) {
         structcodec::SetLayoutError("the metadata describes a struct of " + std::to_string(mBitSize) +
                                     " bits with more than " + std::to_string(limit) + " values");

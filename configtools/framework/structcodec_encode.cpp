@@ -2,6 +2,7 @@
 
 #include <configtools/structcodec.h>
 
+#include "structcodec_plan.h"
 #include "structcodec_walk.h"
 #include <configtools/metadata.h>
 #include <messages/trace.h>
@@ -42,9 +43,13 @@ void CStructCodec::Encode(CComplexPayload & payload, CMetadataDetailStruct & det
     ZYN_SENTRY("VrexZynConfigTools::CStructCodec::Encode");
 
     mWalk = {};
-    if (!Allocate(detail))
+    const CStructPlan * const plan = structcodec::PlanFor(detail);
+    if (!Allocate(detail, plan))
         return;
-    DoEncode(0, payload, detail);
+    if (plan == nullptr || !structcodec::Pack(*plan, payload, Words())) {
+        std::fill_n(mpWords, mNumWords, std::uint16_t{ 0 });   // what the plan has come to is packed anew
+        DoEncode(0, payload, detail);
+    }
     ZYN_TRACE(ARGUMENTS, "%sTotal bitsize=%llu", HexText(mpWords, mNumWords).c_str(),
         static_cast<unsigned long long>(mBitSize));
 }
@@ -125,27 +130,17 @@ void CStructCodec::EncodeField(
     if (size > 64)
         return EncodeWideField(position, payload);
 
-    const std::uint64_t index = position / BITS_IN_UINT16;
-    const std::uint32_t bit = position % BITS_IN_UINT16;
-    if (size < BITS_IN_UINT16) {
-        // Bits above the word are lost; a field never spills into the next word, intended.
-        MergeIntoWord(index, (BitsOf(payload) & ((1U << size) - 1)) << bit);
-    } else if (size == BITS_IN_UINT16 && bit == 8 && littleEndian) {
-        const std::uint64_t value = BitsOf(payload);
-        MergeIntoWord(index, (value & 0xFF) << 8);
-        MergeIntoWord(index + 1, (value >> 8) & 0xFF);
-    } else if (size == BITS_IN_UINT16) {
-        // Replaced, with the bit in the word ignored, and nothing of a wider payload; intended.
-        std::uint16_t word = Word(index);
-        payload.WriteToMem(&word, sizeof word);
-        SetWord(index, word);
-    } else {
-        // From the start of the word, whatever bit the position names, intended.
-        const std::uint64_t value = BitsOf(payload);
-        for (std::uint32_t ahead = 0; ahead * BITS_IN_UINT16 < size; ++ahead)
-            MergeIntoWord(
-                littleEndian ? index + ahead : index - ahead, value >> (ahead * BITS_IN_UINT16) & 0xFFFF);
-    }
+    if (size != BITS_IN_UINT16 || structcodec::CWords::Straddles(position, littleEndian))
+        return Words().MergeNumber(position, size, BitsOf(payload), littleEndian);
+    // Replaced, with the bit in the word ignored, and nothing of a wider payload; intended.
+    ReplaceWord(position / BITS_IN_UINT16, payload);
+}
+
+void CStructCodec::ReplaceWord(std::uint64_t index, IPayload & payload)
+{
+    std::uint16_t word = Words().Word(index);
+    payload.WriteToMem(&word, sizeof word);
+    Words().SetWord(index, word);
 }
 
 void CStructCodec::EncodeWideField(std::uint32_t position, IPayload & payload)
@@ -156,10 +151,8 @@ void CStructCodec::EncodeWideField(std::uint32_t position, IPayload & payload)
     // Upward in every case, also in a struct that isn't little-endian, intended.
     std::uint64_t index = position / BITS_IN_UINT16;
     for (IPayload * const part : words->GetFields()) {
-        std::uint16_t word = Word(index);
         if (part != nullptr)
-            part->WriteToMem(&word, sizeof word);
-        SetWord(index, word);
+            ReplaceWord(index, *part);
         ++index;
     }
 }

@@ -34,7 +34,12 @@ namespace VrexZynConfigTools {
 
 class CMetadataDetailStruct;
 class CStructField;
+class CStructPlan;
 class IElementFactorySource;
+
+namespace structcodec {
+class CWords;
+}
 
 /// One codec serves any number of structs, one after the other.
 class CONFIGTOOLS_EXPORT CStructCodec : public IWritable
@@ -88,6 +93,7 @@ private:
         std::uint32_t position, const CStructField & field, IPayload & value, bool littleEndian);
     void EncodeStructField(std::uint32_t position, const CStructField & field, IPayload & value);
     void EncodeField(std::uint32_t position, std::uint32_t size, IPayload & payload, bool littleEndian);
+    void ReplaceWord(std::uint64_t index, IPayload & payload);
     void EncodeWideField(std::uint32_t position, IPayload & payload);
     void DoDecode(std::uint32_t base, CMetadataDetailStruct & detail, CComplexPayload * out);
     void DecodeStructField(std::uint32_t position, const CStructField & field, CComplexPayload & out);
@@ -96,18 +102,14 @@ private:
         std::uint32_t position, const CStructField & field, CComplexPayload & out, bool littleEndian);
     void DecodeField(std::uint32_t position, std::uint32_t size, const CStructField * field,
         CComplexPayload & out, bool littleEndian);
-    std::uint64_t FieldBits(std::uint32_t position, std::uint32_t size, bool littleEndian) const;
     IPayload * NewArrayItem(std::uint32_t position, std::uint32_t bits, bool littleEndian) const;
     bool ReadWords(IElementFactorySource & source);
     bool ReadOctets(IElementFactorySource & source, CComplexPayload * out);
-    bool Allocate(CMetadataDetailStruct & detail);
+    bool Allocate(CMetadataDetailStruct & detail, const CStructPlan * plan);
     std::uint64_t GetStructSizeInBits(CMetadataDetailStruct & detail);
     void CleanUp();
 
-    std::uint16_t Word(std::uint64_t index) const;
-    void SetWord(std::uint64_t index, std::uint16_t value);
-    void MergeIntoWord(std::uint64_t index, std::uint64_t value);
-    std::uint16_t StraddlingWord(std::uint64_t index) const;
+    structcodec::CWords Words() const;
     bool CountPayload();
 
     std::uint16_t * mpWords;   // owned

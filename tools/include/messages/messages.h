@@ -140,6 +140,11 @@ private:
     static IMessageSink * mSink;
 };
 
+inline bool CMessageHandler::IsErrorSet(GroupEnum group, bool /*flag*/) const
+{
+    return CTheMsgHnd::mHandlers[group].mError != nullptr;
+}
+
 /// Installs a sink for the life of a scope and puts the former one back at its end.
 class CMessageSinkGuard
 {
