@@ -44,6 +44,36 @@ std::vector<std::unique_ptr<IPayload>> TakePayloads(CElement & element)
     return owned;
 }
 
+/// Passes every question on, and knows whether there was one.
+class WatchedSource : public IElementFactorySource
+{
+public:
+    explicit WatchedSource(IElementFactorySource & source)
+        : mSource(source)
+    {}
+
+    bool NextInt(const std::string & typeName, std::uint64_t & value, std::uint16_t * indexNumber) override
+    {
+        mWasAsked = true;
+        return mSource.NextInt(typeName, value, indexNumber);
+    }
+    bool NextString(std::string & value, std::uint16_t * indexNumber) override
+    {
+        mWasAsked = true;
+        return mSource.NextString(value, indexNumber);
+    }
+    bool NextEnum(std::uint64_t & value, std::uint16_t * indexNumber) override
+    {
+        mWasAsked = true;
+        return mSource.NextEnum(value, indexNumber);
+    }
+    bool WasAsked() const { return mWasAsked; }
+
+private:
+    IElementFactorySource & mSource;
+    bool mWasAsked = false;
+};
+
 }   // namespace
 
 CElementFactory::CElementFactory(IElementFactorySource * source, IConfigContext & context, CStructCodec * codec)
@@ -58,6 +88,7 @@ CElementFactory::CElementFactory(IElementFactorySource * source, IConfigContext 
     , mInspectAgain(false)
     , mCodec(codec)
     , mDecoded(false)
+    , mWasAsked(false)
 {
     ZYN_SENTRY("VrexZynConfigTools::CElementFactory::CElementFactory");
 }
@@ -108,8 +139,10 @@ void CElementFactory::StartStruct(const IMetadata & metadata)
 {
     ZYN_SENTRY("VrexZynConfigTools::CElementFactory::StartStruct");
 
-    if (mStructDepth == 0)
+    if (mStructDepth == 0) {
         mFieldStack.clear();   // left over from a walk that broke off
+        mWasAsked = false;
+    }
     ++mStructDepth;
     if (mLayoutObserver != nullptr)
         mLayoutObserver->StartStruct(metadata);
@@ -133,8 +166,10 @@ void CElementFactory::DecodeStruct()
     }
     auto complex = std::make_unique<CComplexPayload>(PAYLOAD_COMPLEX);
     CComplexPayload & payload = *complex;
-    element->AddField(complex.release());                         // which hands it the key's record
-    mCodec->Decode(*mSource, *layout, &payload, mInspectAgain);   // its errors stand in the channel
+    element->AddField(complex.release());   // which hands it the key's record
+    WatchedSource source(*mSource);
+    mCodec->Decode(source, *layout, &payload, mInspectAgain);   // its errors stand in the channel
+    mWasAsked = mWasAsked || source.WasAsked();
 }
 
 void CElementFactory::OpenStruct(const IMetadata & metadata)
@@ -165,8 +200,11 @@ void CElementFactory::EndStruct()
         mFieldStack.pop_back();
     if (mStructDepth > 0)
         --mStructDepth;
-    if (mStructDepth == 0)
-        mDecoded = false;
+    if (mStructDepth != 0)
+        return;
+    mDecoded = false;
+    if (!mWasAsked)
+        mInspectAgain = false;   // or an array of structs that take no value would have no end
 }
 
 void CElementFactory::StartArrayItem()

@@ -166,6 +166,7 @@ std::vector<NumericVariable> CElementFactory::ReadNumbers(const IMetadata & meta
 bool CElementFactory::ReadNumber(const IMetadata & metadata, const std::string & type, NumericVariable & value)
 {
     // The value delivered with the answer false counts too.
+    mWasAsked = true;
     mInspectAgain = mSource->NextInt(type, value.mUint64, nullptr);
     if (ChecksData() && !ValidateRange(type, value, metadata.Min(), metadata.Max()))
         mInspectAgain = false;
@@ -199,6 +200,7 @@ void CElementFactory::String(const IMetadata & metadata)
     std::string value;
     // One text for all items, intended: of an array of texts the last one stays.
     do {
+        mWasAsked = true;
         mInspectAgain = mSource->NextString(value, nullptr);
         TrimPadding(metadata, isOctet, value);
     } while (mInspectAgain && mMetadataType != METADATA_STRUCT);
@@ -236,6 +238,7 @@ void CElementFactory::Enum(const IMetadata & metadata)
     if (mDecoded)
         return;
     std::uint64_t value = 0;
+    mWasAsked = true;
     mInspectAgain = mSource->NextEnum(value, nullptr);
     const auto number = static_cast<std::int32_t>(value);
     const std::string name = FirstEnumName(metadata, number);

@@ -270,6 +270,29 @@ TEST_F(BrokenWalks, structures_without_end_are_cut_off)
     EXPECT_EQ(TreeOf(Read(*mByteKey.mRecord)), "{uint8=7}");
 }
 
+TEST_F(BrokenWalks, an_array_of_structs_that_take_no_value_ends_with_the_first)
+{
+    const auto width0 = ByteField("nothing");
+    StructRecord empty(ARecord(100).Array());
+    StructRecord hollow(ARecord(100).Array());
+    hollow.mDetail->AddField("", nullptr, 0, 8);
+    StructRecord thin(ARecord(100).Array());
+    thin.Add(*width0, 0, 0);
+    CStructCodec codec;
+    for (CStructCodec * const mode : { static_cast<CStructCodec *>(nullptr), &codec }) {
+        for (const StructRecord * const key : { &empty, &hollow, &thin }) {
+            support::ScriptedSource source;
+            source.Number(1);
+            CElementFactory factory(&source, mContext, mode);
+            factory.IntIndex(CTableIndex("index", 0, 1, CTableIndex::INDEX_INTEGER));   // there is more
+            key->mRecord->Inspect(factory);
+            EXPECT_FALSE(factory.InspectDetailAgain());
+            const std::unique_ptr<CElement> element(factory.Collect());
+            EXPECT_EQ(element->GetPayloadCopy(false).size(), 1U);
+        }
+    }
+}
+
 /// An enumeration of another maker that has no list.
 class NoEnumerators : public CMetadataDetailEnum
 {

@@ -64,7 +64,7 @@ public:
     void String(const IMetadata & metadata) override;
     void Enum(const IMetadata & metadata) override;
 
-    /// Whether the source has more, and all checks have passed.
+    /// Whether the source has more, and all checks have passed. False too after a struct that asked for nothing.
     bool InspectDetailAgain() override;
     void SetContextInfo(const std::string & key, int value) override;
     void SetContextInfo(const std::string & key, const std::string & value) override;
@@ -106,6 +106,7 @@ private:
     bool mInspectAgain;
     CStructCodec * mCodec;   // not owned; null for field by field
     bool mDecoded;           // the struct was unpacked as a block: what it calls back is passed over
+    bool mWasAsked;          // the source, since the outermost struct began
 };
 
 }   // namespace VrexZynConfigTools
