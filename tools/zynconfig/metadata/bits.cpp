@@ -66,11 +66,13 @@ void ReportOverlap(const Span & left, const Span & right, CFindings & findings)
 {
     const auto [earlier, later] = std::minmax(left, right,
         [](const Span & one, const Span & other) { return one.mField->mPlace < other.mField->mPlace; });
+    const std::int64_t first = std::max(left.mBegin, right.mBegin);
+    const std::int64_t last = std::min(left.mEnd, right.mEnd) - 1;
+    const std::string bits = first == last ? "bit " + std::to_string(first)
+                                           : "bits " + std::to_string(first) + " to " + std::to_string(last);
     findings.Error(later.mField->mPosition.mPlace,
         Quoted(later.mField->mName.mValue) + " overlaps " + Quoted(earlier.mField->mName.mValue) + " (" +
-            findings.PlaceText(earlier.mField->mPlace) + ") in the bits " +
-            std::to_string(std::max(left.mBegin, right.mBegin)) + " to " +
-            std::to_string(std::min(left.mEnd, right.mEnd) - 1));
+            findings.PlaceText(earlier.mField->mPlace) + ") in the " + bits);
 }
 
 // Each span is held against the one that reaches farthest of those before it.

@@ -164,6 +164,8 @@ private:
 
     static std::string Shortened(const std::string & text)
     {
+        if (text.empty())
+            return "nothing";
         return text.size() <= LONGEST_QUOTE ? Printable(text)
                                             : Printable(text.substr(0, LONGEST_QUOTE)) + "...";
     }

@@ -71,8 +71,9 @@ private:
         const auto * list = std::get_if<Value::List>(&value.mContent);
         const std::size_t count = list != nullptr ? list->size() : 1;
         if (count != mKey.mIndices.size()) {
-            mFindings.Error(value.mPlace, "\"index\": the row has " + std::to_string(count) +
-                                              " indices and the key " + std::to_string(mKey.mIndices.size()));
+            mFindings.Error(value.mPlace, "\"index\": expected as many indices as the key has, " +
+                                              std::to_string(mKey.mIndices.size()) + ", found " +
+                                              std::to_string(count));
             return false;
         }
         for (std::size_t position = 0; position < count; ++position) {

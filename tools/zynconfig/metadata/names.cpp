@@ -114,7 +114,7 @@ bool RequireText(const Placed<std::string> & text, const char * name, const char
 {
     if (!text.mIsGiven)
         findings.Error(text.mPlace, Quoted(name) + " is missing: " + reason);
-    else if (text.mValue.empty())
+    else if (text.mValue.empty() && text.mIsRead)
         findings.Error(text.mPlace, Quoted(name) + " is empty: " + reason);
     return !text.mValue.empty();
 }
@@ -131,7 +131,7 @@ bool RequireName(const Placed<std::string> & text, const char * reason, CFinding
 bool CheckWord(const Placed<std::string> & word, const char * name, const std::vector<std::string> & known,
     CFindings & findings)
 {
-    if (!word.mIsGiven || std::find(known.begin(), known.end(), word.mValue) != known.end())
+    if (!word.mIsGiven || !word.mIsRead || std::find(known.begin(), known.end(), word.mValue) != known.end())
         return true;
     findings.Error(
         word.mPlace, "unknown " + std::string(name) + ' ' + Quoted(word.mValue) + Advice(word.mValue, known));

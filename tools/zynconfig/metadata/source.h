@@ -25,6 +25,7 @@ struct Placed
     T mValue{};
     Place mPlace;   // of the value; where it isn't given, of what it is missing in
     bool mIsGiven = false;
+    bool mIsRead = true;   // false: given, but of the wrong kind, which has been told
 };
 
 /// A value as it stands in a source; what it is to be depends on its key.

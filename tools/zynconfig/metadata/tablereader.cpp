@@ -68,7 +68,7 @@ Placed<std::string> CTableReader::Text(const char * name)
     if (const auto * text = node->as_string())
         return { text->get(), PlaceOf(*node), true };
     Mismatch(*node, name, "a text");
-    return { "", PlaceOf(*node), true };
+    return { "", PlaceOf(*node), true, false };
 }
 
 std::string CTableReader::PlainText(const char * name)
