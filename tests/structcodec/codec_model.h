@@ -90,9 +90,10 @@ public:
         Allocate(layout);
         EncodeStruct(0, layout, values);
         Words words(mBits.size() / WORD, 0);
-        for (std::size_t bit = 0; bit < mBits.size(); ++bit)
-            words[bit / WORD] =
-                static_cast<std::uint16_t>(words[bit / WORD] | (mBits[bit] ? 1U : 0U) << bit % WORD);
+        for (std::size_t bit = 0; bit < mBits.size(); ++bit) {
+            if (mBits[bit])
+                words[bit / WORD] = static_cast<std::uint16_t>(words[bit / WORD] | (1 << bit % WORD));
+        }
         return words;
     }
 
@@ -100,7 +101,7 @@ public:
     {
         Allocate(layout);
         for (std::size_t bit = 0; bit < mBits.size() && bit / WORD < words.size(); ++bit)
-            mBits[bit] = (words[bit / WORD] >> bit % WORD & 1U) != 0;
+            mBits[bit] = (words[bit / WORD] >> bit % WORD) % 2 != 0;
         return DecodeStruct(0, layout);
     }
 
