@@ -37,6 +37,18 @@ std::vector<IPayload *> PayloadsOf(
     return element.GetPayloadCopy(false);
 }
 
+/// Reads into an empty configuration, which is empty again if the read breaks off: nobody would complete it.
+void ReadAll(IConfigReader & reader, IConfigContext & context, CChipConfig & chip)
+{
+    reader.SetObserver(chip);
+    try {
+        reader.Read(context);
+    } catch (...) {
+        chip.Clear();
+        throw;
+    }
+}
+
 /// The four digits for a chip's number: its low byte, then the two nibbles above, the lower one first, intended.
 std::string ChipDigits(std::uint32_t id)
 {
@@ -117,12 +129,10 @@ const std::vector<IPayload *> CHelper::RetrieveApplicablePayload(IMetadataProvid
             return payloads;
     }
     if (!mDefaults.HasElements()) {
-        if (auto * const reader = dynamic_cast<IConfigReader *>(&provider)) {
-            reader->SetObserver(mDefaults);
-            reader->Read(context);
-        } else {
+        if (auto * const reader = dynamic_cast<IConfigReader *>(&provider))
+            ReadAll(*reader, context, mDefaults);
+        else
             ZYN_HANDLER(zynFunction).SetErrorMsg(0, "The metadata provider cannot behave like a data reader");
-        }
     }
     return PayloadsOf(mDefaults, key, context);
 }

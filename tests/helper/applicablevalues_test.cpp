@@ -18,6 +18,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -85,10 +86,13 @@ public:
         mObserver->OnReadStarted(*this, context);
         if (mHasValues)
             Deliver(context);
+        if (mBreaksOff)
+            throw std::bad_alloc();
         mObserver->OnReadEnded(*this, context);
     }
 
     bool mHasValues = true;
+    bool mBreaksOff = false;
     std::uint32_t mValue = 5;
     std::vector<IConfigContext *> mReadWith;
 
@@ -291,6 +295,18 @@ TEST_F(ApplicableValue, tries_again_while_there_are_no_defaults)
         EXPECT_EQ(provider.mReadWith.size(), 2U);
         DefaultsProvider other;
         EXPECT_EQ(Value(other), "5");
+    });
+}
+
+TEST_F(ApplicableValue, keeps_no_part_of_a_read_that_broke_off)
+{
+    InOwnProcess([this] {
+        DefaultsProvider provider;
+        provider.mBreaksOff = true;
+        EXPECT_THROW(Value(provider), std::bad_alloc);
+        provider.mBreaksOff = false;
+        provider.mValue = 6;
+        EXPECT_EQ(Value(provider), "6");
     });
 }
 
