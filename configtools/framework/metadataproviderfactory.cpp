@@ -4,6 +4,7 @@
 #include <configtools/keywords.h>
 #include <configtools/metadataprovider.h>
 
+#include <iterator>
 #include <list>
 
 #include <messages/trace.h>
@@ -67,7 +68,8 @@ void CMetadataProviderFactory::Providers(std::vector<std::string> & names)
     std::list<std::string> modules;
     mPluginManager->ModulesName(modules);
     names.reserve(modules.size());
-    names.insert(names.end(), modules.begin(), modules.end());
+    // Moved, so that the only thing that may fail is done before anything is changed.
+    names.insert(names.end(), std::make_move_iterator(modules.begin()), std::make_move_iterator(modules.end()));
 }
 
 void CMetadataProviderFactory::Release()
