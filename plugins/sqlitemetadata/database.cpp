@@ -67,7 +67,7 @@ bool CDatabase::Harden()
     sqlite3_db_config(mHandle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(mHandle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
     sqlite3_limit(mHandle, SQLITE_LIMIT_LENGTH, LONGEST_VALUE);
-    return Run("PRAGMA temp_store = MEMORY; PRAGMA cell_size_check = ON; PRAGMA query_only = ON");
+    return Run("PRAGMA temp_store = MEMORY; PRAGMA cell_size_check = ON");
 }
 
 bool CDatabase::Run(const char * statements)

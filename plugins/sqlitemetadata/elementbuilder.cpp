@@ -117,9 +117,9 @@ std::unique_ptr<CElement> CElementBuilder::Build(
     CRowSource source(row);
     CStructCodec codec;
     CBlockFactory factory(&source, mContext, &codec);
+    factory.Clear();   // of an earlier row's indices
     record.Inspect(factory);
     std::unique_ptr<CElement> element(factory.Collect());
-    factory.Clear();
     reason = mErrors.Take();
     if (!reason.empty())
         element.reset();   // a text of a wrong length is built all the same

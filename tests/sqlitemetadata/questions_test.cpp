@@ -209,6 +209,19 @@ TEST_F(RepositoryTest, an_empty_repository_is_usable_and_has_nothing)
     EXPECT_FALSE(mErrors.IsSet()) << mErrors.Text();
 }
 
+TEST_F(RepositoryTest, a_file_whose_name_has_a_meaning_for_sqlite_is_a_file)
+{
+    mRepository.AddSystem("pottersong", "trindle7");
+    mRepository.Close();
+    MakeProvider(Path());   // which loads the module, whose folder may be told from here
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(std::filesystem::path(Path()).parent_path());
+    std::filesystem::rename("system.zmd", ":memory:");
+    const auto provider = MakeProvider(":memory:");
+    std::filesystem::current_path(before);
+    EXPECT_THAT(provider->Systems(), ElementsAre("pottersong")) << mErrors.Text();
+}
+
 TEST_F(RepositoryTest, an_unusable_one_gives_the_empty_answer_and_its_reason_to_every_question)
 {
     const auto provider = MakeProvider(mFolder / "missing.zmd");
