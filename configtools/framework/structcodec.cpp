@@ -69,6 +69,13 @@ void SetLayoutError(const std::string & text)
     ZYN_HANDLER("VrexZynConfigTools::CStructCodec").SetErrorMsg(0, text);
 }
 
+const std::vector<const CStructField *> & FieldsOf(CMetadataDetailStruct & detail)
+{
+    static const std::vector<const CStructField *> NONE;
+    const std::vector<const CStructField *> * const fields = detail.GetStructFields();
+    return fields != nullptr ? *fields : NONE;
+}
+
 const IMetadata * RecordOf(const CStructField & field)
 {
     if (field.Metadata() == nullptr)
@@ -87,7 +94,7 @@ CMetadataDetailStruct * NestedLayout(const IMetadata & metadata)
 std::uint64_t SizeInBits(CMetadataDetailStruct & detail)
 {
     std::uint64_t size = 0;
-    for (const CStructField * const field : *detail.GetStructFields()) {
+    for (const CStructField * const field : structcodec::FieldsOf(detail)) {
         const std::int64_t width = LiesBelowItsPosition(*field, detail.IsLittleEndian())
                                        ? int{ CStructCodec::BITS_IN_UINT16 }
                                        : field->ElemBitWidth();

@@ -159,7 +159,7 @@ void CStructCodec::DoDecode(std::uint32_t base, CMetadataDetailStruct & detail, 
     if (level.IsTooDeep())
         return structcodec::SetLayoutError("the metadata nests structs too deep");
 
-    for (const CStructField * const field : *detail.GetStructFields()) {
+    for (const CStructField * const field : structcodec::FieldsOf(detail)) {
         const std::uint32_t position = base + static_cast<std::uint32_t>(field->ElemLsbBitPos());
         const IMetadata * const metadata = structcodec::RecordOf(*field);
         if (!CountPayload())

@@ -60,7 +60,7 @@ void CStructCodec::DoEncode(std::uint32_t base, CComplexPayload & payload, CMeta
     if (level.IsTooDeep())
         return structcodec::SetLayoutError("the metadata nests structs too deep");
 
-    const std::vector<const CStructField *> & fields = *detail.GetStructFields();
+    const std::vector<const CStructField *> & fields = structcodec::FieldsOf(detail);
     const std::vector<IPayload *> & values = payload.GetFields();
     for (std::size_t index = 0; index < std::min(values.size(), fields.size()); ++index) {
         const CStructField & field = *fields[index];

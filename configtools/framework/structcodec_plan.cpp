@@ -161,8 +161,8 @@ bool CStructPlan::PlanStruct(const CMetadata & record, std::uint32_t depth, Plan
         plan.mKind = FieldKind::STRUCTS;
         plan.mStride = static_cast<std::uint32_t>(stride);
         plan.mItems = static_cast<std::uint32_t>(plan.mWidth / stride);
-        ++inner.mPayloads;   // each struct itself
-        inner.mPayloads *= plan.mItems;
+        // Each struct itself counts too. Bad metadata makes more than a product has room for.
+        inner.mPayloads = std::min(inner.mPayloads + 1, TOO_MANY_PAYLOADS) * plan.mItems;
     }
     size.mPayloads = std::min(size.mPayloads + inner.mPayloads, TOO_MANY_PAYLOADS);
     return true;

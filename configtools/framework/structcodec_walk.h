@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace VrexZynConfigTools {
 
@@ -56,6 +57,9 @@ namespace structcodec {
 
 /// Leaves an error about the metadata of a struct.
 void SetLayoutError(const std::string & text);
+
+/// The fields of a struct; none where a class of a plug-in tells of no list.
+const std::vector<const CStructField *> & FieldsOf(CMetadataDetailStruct & detail);
 
 /// The field's record; null, with an error, for a field without one.
 const IMetadata * RecordOf(const CStructField & field);

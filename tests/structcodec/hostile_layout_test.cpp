@@ -10,6 +10,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <vector>
 
 // Wrong metadata: it must never lead outside the words, which the sanitizers watch, nor to a walk without end.
 
@@ -346,6 +347,30 @@ TEST_F(HostileLayout, a_nested_struct_without_fields_is_empty)
     layout.Struct(0, 16, Layout(LITTLE_ENDIAN_TARGET));
     EXPECT_THAT(Encoded(layout, ATree(ABranch())), ElementsAre(0));
     EXPECT_EQ(DecodedText(layout, { 1 }), "9:(9:())");
+    EXPECT_EQ(mErrors.Text(), "");
+}
+
+/// As a plug-in might derive it.
+class StructWithoutList : public CMetadataDetailStruct
+{
+public:
+    using CMetadataDetailStruct::CMetadataDetailStruct;
+    const std::vector<const CStructField *> * GetStructFields() override { return nullptr; }
+};
+
+TEST_F(HostileLayout, a_struct_without_a_list_of_fields_is_empty)
+{
+    const auto record = ARecord(0).Shaped(METADATA_STRUCT).Build();
+    auto * const detail = new StructWithoutList(*record, true, false);
+    record->SetDetails(*detail);
+    Layout layout(LITTLE_ENDIAN_TARGET);
+    layout.Detail().AddField("inner", record.get(), 0, 8);
+    EXPECT_EQ(DecodedText(layout, { 7 }), "9:(9:())");
+    EXPECT_THAT(Encoded(layout, ATree(ABranch())), ElementsAre(0));
+
+    CStructCodec codec;
+    codec.Encode(*ATree(), *detail);
+    EXPECT_THAT(WordsOf(codec), IsEmpty());
     EXPECT_EQ(mErrors.Text(), "");
 }
 
