@@ -120,7 +120,7 @@ private:
     void WarnOfPadding(CElement & element, const toml::node & value)
     {
         auto * const text = dynamic_cast<CElementString *>(&element);
-        if (text != nullptr && text->GetValue(0).size() != mSource.LastLength())
+        if (text != nullptr && text->GetValue(0).size() != mSource.LastBytes().size())
             mFindings.Warn(value, Quoted(mLabel) +
                                       ": the last octet, 00, is taken for one that fills up a word, "
                                       "and is left out");

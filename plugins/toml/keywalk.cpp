@@ -199,7 +199,7 @@ std::string CKeyWalk::Explained(const std::string & error, const IMetadata & rec
     if (BeginsWith(error, "Read value ") && mSource.LastType() != nullptr)
         return mSource.LastText() + " is out of range; expected " + RangeText(record, *mSource.LastType());
     if (BeginsWith(error, "String value's length"))
-        return "found " + CountText(mSource.LastLength(), "byte") + "; expected " +
+        return "found " + CountText(mSource.LastBytes().size(), "byte") + "; expected " +
                std::to_string(record.Min()) + " to " + std::to_string(record.Max());
     if (BeginsWith(error, "Value ") && record.MetadataType() == METADATA_ENUM)
         return "no enumerator has the number " + mSource.LastText() + Expected(EnumeratorNames(record));
@@ -213,11 +213,15 @@ void CKeyWalk::JudgeLength(const IMetadata & record)
     if (record.MetadataType() != METADATA_SIMPLE ||
         (!isOctet && record.InternalType() != keywords::TYPE_STRING))
         return;
-    const auto held = static_cast<std::size_t>(std::max(mWidth, 0)) / 8;
-    const std::size_t length = mSource.LastLength();
+    const auto width = static_cast<std::size_t>(std::max(mWidth, 0));
+    const std::size_t held = width > 64 ? width / 16 * 2 : width / 8;   // wide fields are whole words
+    const std::size_t length = mSource.LastBytes().size();
     if (length > held || (isOctet && length != held))
         mFindings.Add(mSource.Last(), Quoted(Label(record)) + ": expected " + CountText(held, "byte") +
                                           (isOctet ? "" : " at most") + ", found " + std::to_string(length));
+    else if (!isOctet && length != 0 && mSource.LastBytes().back() == '\0')
+        mFindings.Add(mSource.Last(),
+            Quoted(Label(record)) + ": a text in a structure ends where zeros begin; this one ends in one");
 }
 
 std::vector<const toml::node *> CKeyWalk::Items(const IMetadata & record)

@@ -63,9 +63,9 @@ const NumberType * CValueSource::LastType() const
     return mLastType;
 }
 
-std::size_t CValueSource::LastLength() const
+const std::string & CValueSource::LastBytes() const
 {
-    return mLastLength;
+    return mLastBytes;
 }
 
 bool CValueSource::HasLeftOut() const
@@ -99,7 +99,7 @@ bool CValueSource::NextString(std::string & value, std::uint16_t * /*indexNumber
     const auto text = isOctet ? mValues.Octets(*mLast, mLabel) : mValues.Text(*mLast, mLabel);
     mIsRefused = !text;
     value = text.value_or("");
-    mLastLength = value.size();
+    mLastBytes = value;
     return text && HasMore();
 }
 

@@ -41,7 +41,7 @@ public:
     const toml::node & Last() const;
     const std::string & LastText() const;   // a number as the file has it
     const NumberType * LastType() const;    // null unless it was a number
-    std::size_t LastLength() const;         // of a text, in bytes
+    const std::string & LastBytes() const;   // of a text
 
     /// Whether an enumerator of this key was left out, which without checks is no mistake.
     bool HasLeftOut() const;
@@ -82,7 +82,7 @@ private:
     const toml::node * mLast = nullptr;
     std::string mLastText;
     const NumberType * mLastType = nullptr;
-    std::size_t mLastLength = 0;
+    std::string mLastBytes;
     bool mIsRefused = false;
     bool mHasLeftOut = false;
 };

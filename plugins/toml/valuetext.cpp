@@ -14,7 +14,6 @@ namespace tomlconfig {
 
 namespace {
 
-constexpr std::size_t LINE_WIDTH = 100;
 constexpr std::size_t OCTETS_ON_A_LINE = 32;
 
 std::string Indentation(int depth)
@@ -31,9 +30,11 @@ std::string QuotedText(const std::string & text)
     return stream.str();
 }
 
-std::string OctetsText(const std::string & bytes)
+}   // namespace
+
+std::string OctetsText(const std::string & bytes, bool mayWrap)
 {
-    if (bytes.size() <= OCTETS_ON_A_LINE)
+    if (bytes.size() <= OCTETS_ON_A_LINE || !mayWrap)
         return '"' + HexText(bytes, " ") + '"';
     std::string text = "'''";
     for (std::size_t position = 0; position < bytes.size(); position += OCTETS_ON_A_LINE)
@@ -41,6 +42,8 @@ std::string OctetsText(const std::string & bytes)
             '\n' + Indentation(1) + HexText(std::string_view(bytes).substr(position, OCTETS_ON_A_LINE), " ");
     return text + "'''";
 }
+
+namespace {
 
 std::string FieldText(const ValueText & field)
 {
@@ -63,7 +66,7 @@ std::optional<ValueText> StringValue(IPayload & payload)
         return std::nullopt;
     auto * octets = dynamic_cast<CStringPayload *>(&payload);
     if (octets != nullptr && octets->IsOctet())
-        return ValueText{ keywords::TYPE_OCTET_STRING, OctetsText(octets->GetValue()), true };
+        return ValueText{ keywords::TYPE_OCTET_STRING, OctetsText(octets->GetValue(), true), true };
     return ValueText{ keywords::TYPE_STRING, TextValue(text->GetValue()), true };
 }
 
@@ -119,6 +122,17 @@ std::optional<ValueText> StructureValue(IPayload & payload, int depth)
 std::string TextValue(const std::string & text)
 {
     return IsPlainText(text) ? QuotedText(text) : "{ hex = \"" + HexText(text, " ") + "\" }";
+}
+
+std::optional<std::string> KeyName(const std::string & name)
+{
+    const bool isBare = !name.empty() && std::all_of(name.begin(), name.end(), [](char character) {
+        return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+               (character >= '0' && character <= '9') || character == '_' || character == '-';
+    });
+    if (isBare)
+        return name;
+    return IsPlainText(name) ? std::optional(QuotedText(name)) : std::nullopt;
 }
 
 std::optional<ValueText> PayloadValue(IPayload & payload, int depth)

@@ -5,6 +5,7 @@
 
 #include <configtools/payloads.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,6 +21,22 @@ struct ValueText
     std::string mText;   // its value
     bool mIsLeaf;        // false for a structure
 };
+
+/// A value with its name in a table, which may stand in quotes.
+struct NamedText
+{
+    std::string mName;
+    std::string mText;
+};
+
+/// How wide lines grow at most where there is a choice.
+inline constexpr std::size_t LINE_WIDTH = 100;
+
+/// A name as the key of a table, in quotes if need be; nothing for one that a file can't hold.
+std::optional<std::string> KeyName(const std::string & name);
+
+/// Bytes as pairs of digits between quotes, many of them on several lines if that is wanted.
+std::string OctetsText(const std::string & bytes, bool mayWrap);
 
 /// A text between quotes, or { hex = "..." } where it can't stand in a file as it is.
 std::string TextValue(const std::string & text);

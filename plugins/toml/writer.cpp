@@ -1,5 +1,6 @@
 #include "writer.h"
 
+#include "recordfacts.h"
 #include "report.h"
 #include "vocabulary.h"
 
@@ -53,13 +54,20 @@ std::string IndicesText(const std::vector<std::uint32_t> & indices)
 }
 
 // A payload may carry the record of a struct's field; only that of the key itself says how the key is called.
-std::optional<Record> RecordOf(IPayload & payload, std::uint32_t psId)
+const IMetadata * MetadataOf(IPayload & payload, std::uint32_t psId)
 {
     auto * user = dynamic_cast<IMetadataUser *>(&payload);
     const IMetadata * metadata = user != nullptr ? user->Metadata() : nullptr;
-    if (metadata == nullptr || !metadata->IsValid() || metadata->PsId() != psId)
-        return std::nullopt;
-    return Record{ metadata->Name(), metadata->InternalType(), metadata->IsArray(), metadata->MetadataType() };
+    return metadata != nullptr && metadata->IsValid() && metadata->PsId() == psId ? metadata : nullptr;
+}
+
+void NoteRecord(Element & element, const IMetadata & metadata)
+{
+    element.mRecord =
+        Record{ metadata.Name(), metadata.InternalType(), metadata.IsArray(), metadata.MetadataType() };
+    const bool isRaw = element.mIsRaw && !element.mIsRow;   // rows switch raw mode on for reasons of their own
+    element.mIsDescribed = IsDescribed(metadata) && !isRaw;
+    element.mMetadata = element.mIsDescribed ? &metadata : nullptr;
 }
 
 // The class of an element isn't told. What its record says comes first, then what its payloads look like.
@@ -199,6 +207,7 @@ void CTomlWriter::AddSubsystem(IConfigContext & context)
         return Fail("subsystems of two chips, " + TextValue(mChip) + " and " + TextValue(chip) +
                     "; a file holds those of one");
     mIsInSubsystem = true;
+    mIsInBt = context.TagMatches(keywords::TAG_SUBSYSTEM_TYPE, SUBSYSTEM_BT);
     const auto layer = ParseDecimal(context.GetTag(keywords::TAG_LAYER_NUMBER), 0, NO_LAYER);
     mBlocks.push_back({ static_cast<int>(layer.value_or(NO_LAYER)), "\n[[subsystem]]\n" });
     AddTag(context, keywords::TAG_SUBSYSTEM_TYPE, field::TYPE, SubsystemWords());
@@ -283,15 +292,36 @@ void CTomlWriter::WritePayload(IPayload & payload, IConfigContext &)
 
 void CTomlWriter::AddPayload(IPayload & payload)
 {
-    if (mElement->mValues.empty())
-        mElement->mRecord = RecordOf(payload, mElement->mId);
+    const IMetadata * const metadata = MetadataOf(payload, mElement->mId);
+    if (mElement->mValues.empty() && metadata != nullptr)
+        NoteRecord(*mElement, *metadata);
     auto value = PayloadValue(payload, 1);
     if (!value)
         return Fail("key " + std::to_string(mElement->mId) + ": a payload that a file can't hold");
     mElement->mValues.push_back(std::move(*value));
+    if (!mElement->mIsDescribed)
+        return;
+    auto described = ToDescribedValue(payload, *mElement->mMetadata);
+    mElement->mIsDescribed = described.has_value();
+    if (described)
+        mElement->mDescribedValues.push_back(std::move(*described));
 }
 
+// In the words of a provider's record if there is one and the key fits it, otherwise by types.
 void CTomlWriter::AddElement(const Element & element)
+{
+    if (element.mIsDescribed) {
+        const auto lines = DescribedLines(
+            { element.mIsRow, element.mIndices, mIsInBt, element.mDescribedValues }, *element.mMetadata);
+        if (lines) {
+            mBlocks.back().mText += "\n[[subsystem.key]]\n" + *lines;
+            return;
+        }
+    }
+    AddTypedElement(element);
+}
+
+void CTomlWriter::AddTypedElement(const Element & element)
 {
     const std::string typeWord = TypeWord(element);
     std::string & text = mBlocks.back().mText;

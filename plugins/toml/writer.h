@@ -3,6 +3,7 @@
 #ifndef TOMLCONFIG_WRITER_H
 #define TOMLCONFIG_WRITER_H
 
+#include "describedtext.h"
 #include "valuetext.h"
 #include "vocabulary.h"
 
@@ -35,6 +36,9 @@ struct Element
     std::vector<std::uint32_t> mIndices;
     std::optional<Record> mRecord;
     std::vector<ValueText> mValues;
+    const IMetadata * mMetadata = nullptr;   // the record of a provider; null for none
+    bool mIsDescribed = false;               // so far each value has been told in the words of that record
+    std::vector<DescribedValue> mDescribedValues;
 };
 
 /// The text of one subsystem.
@@ -78,6 +82,7 @@ private:
     void AddPayload(IPayload & payload);
     void AddNamedData(const std::string & name, const void * data, std::uint32_t size);
     void AddElement(const Element & element);
+    void AddTypedElement(const Element & element);
     void Finish();
     std::string WholeText();
 
@@ -88,6 +93,7 @@ private:
     std::string mLayerFilter;          // empty for a full write
     std::string mChip;                 // of the whole file
     bool mHasFailed = false;           // some call of this write couldn't do its work
+    bool mIsInBt = false;              // the subsystem is of this type
     bool mIsInSubsystem = false;       // between StartSubsystem and EndSubsystem
     std::optional<Element> mElement;   // between StartElement and EndElement
 };

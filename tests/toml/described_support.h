@@ -27,7 +27,10 @@ inline void DescribeChip(MemoryProvider & provider)
     provider.Number(SUBSYSTEM_BT, ARecord(20).Named("Curve").OfType("int16").Within(-100, 100).Array(2, 4));
     provider.Number(SUBSYSTEM_BT, ARecord(21).Named("Serial").OfType("uint64").Within(5, -2));
     auto & fit = provider.Struct(SUBSYSTEM_BT, ARecord(22).Named("Fit"));
-    fit.AddField("", &provider.NumberField(ARecord(0).Named("Gain").OfType("int8").Within(-8, 7)), 0, 4);
+    fit.AddField("",
+        &provider.NumberField(
+            ARecord(0).Named("Gain").OfType("int8").Formatted("signed_decimal").Within(-8, 7)),
+        0, 4);
     fit.AddField("", &provider.EnumField(ARecord(0).Named("Kind").OfType("uint8"), kinds), 4, 4);
     fit.AddField(
         "", &provider.NumberField(ARecord(0).Named("Bands").OfType("int8").Within(-9, 9).Array()), 8, 24);
