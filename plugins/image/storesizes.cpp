@@ -18,7 +18,7 @@ std::optional<NumberT> TakeNumber(std::string_view & text, char separator, Numbe
     const auto [stop, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
     text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     const bool isWhole = error == std::errc() && stop == digits.data() + digits.size();
-    return isWhole && number <= max ? std::optional(number) : std::nullopt;
+    return isWhole && number >= 0 && number <= max ? std::optional(number) : std::nullopt;
 }
 
 }   // namespace
