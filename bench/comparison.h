@@ -59,8 +59,10 @@ void Measure(benchmark::State & state, std::size_t count, SubjectT subject)
     Compare(state, count, subject, [] { return 0.0; });
 }
 
+void RegisterCodec();
 void RegisterInserts();
 void RegisterLookups();
+void RegisterReads();
 void RegisterWrites();
 
 }   // namespace bench

@@ -23,6 +23,8 @@ int main(int argc, char ** argv)
     bench::RegisterLookups();
     bench::RegisterInserts();
     bench::RegisterWrites();
+    bench::RegisterReads();
+    bench::RegisterCodec();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;
@@ -32,5 +34,6 @@ int main(int argc, char ** argv)
     reporter.SetOutputStream(&std::cerr);
     benchmark::RunSpecifiedBenchmarks(&reporter);
     reporter.PrintTable(std::cout);
+    reporter.PrintCodecTable(std::cout);
     return 0;
 }

@@ -68,8 +68,21 @@ std::vector<RowText> RowTexts()
     AddChipRows(texts, "name");
     texts.push_back({ "write/full", "full write, each key", NO_GOAL, 0.1 });
     texts.push_back({ "write/filtered", "filtered write, each key", NO_GOAL, 0.2 });
+    texts.push_back({ "read/keys", "a key through element factory and codec", NO_GOAL, 0.1 });
     return texts;
 }
+
+/// A row of the codec's table. Where plug-ins derive the struct's class there is no goal.
+struct CodecRowText
+{
+    const char * mRow;
+    const char * mText;
+    double mRatioGoal;
+};
+constexpr CodecRowText CODEC_ROWS[] = { { "small8/encode", "pack 8 fields of 1 to 16 bits", 15 },
+    { "small8/decode", "unpack them", 18 }, { "mixed40/encode", "pack 40 fields of 1 to 64 bits", 6 },
+    { "mixed40/decode", "unpack them", 18 }, { "array64/encode", "pack an array of 64 numbers of 16 bits", 25 },
+    { "array64/decode", "unpack it", 60 } };
 
 std::string Number(double value, int digits)
 {
@@ -119,6 +132,25 @@ void TableReporter::ReportRuns(const std::vector<Run> & runs)
             ratio != run.counters.end() ? ratio->second.value : 0 };
     }
     ConsoleReporter::ReportRuns(runs);
+}
+
+void TableReporter::PrintCodecTable(std::ostream & stream) const
+{
+    const auto print = [&](const std::string & name, double goal) {
+        const auto found = mRows.find(name);
+        if (found == mRows.end())
+            return;
+        const Cell & cell = found->second.begin()->second;
+        stream << " " << Number(cell.mRatio, 1) << Verdict(cell.mRatio, goal) << " ("
+               << Number(cell.mSubject, 1) << " ns) |";
+    };
+    stream << "\n| | goal | a field | of a derived class |\n|---|---|---|---|\n";
+    for (const CodecRowText & text : CODEC_ROWS) {
+        stream << "| " << text.mText << " | " << Number(text.mRatioGoal, 0) << " |";
+        print(std::string("codec/") + text.mRow, text.mRatioGoal);
+        print(std::string("literal/") + text.mRow, NO_GOAL);
+        stream << "\n";
+    }
 }
 
 void TableReporter::PrintTable(std::ostream & stream) const

@@ -29,6 +29,9 @@ public:
     /// In Markdown.
     void PrintTable(std::ostream & stream) const;
 
+    /// The same for the struct codec, whose rows know no number of keys.
+    void PrintCodecTable(std::ostream & stream) const;
+
 private:
     struct Cell
     {
