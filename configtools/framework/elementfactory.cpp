@@ -115,8 +115,11 @@ void CElementFactory::StartElement(const IMetadata & metadata)
     mMetadataType = metadata.MetadataType();
     mPsId = metadata.PsId();
     mName = metadata.Name();
+    // Structs that a walk left open when it broke off are no part of the new element.
+    if (mElement == nullptr)
+        mDecoded = false;
     if (mElement == nullptr || mMetadataType == METADATA_STRUCT)
-        mStructDepth = 0;   // structs that a walk left open when it broke off are no part of the new element
+        mStructDepth = 0;
     if (mMetadataType == METADATA_STRUCT) {
         // An element left over from an earlier key is lost, intended: readers collect or clear between keys.
         KeepForEver(mElement);

@@ -68,6 +68,18 @@ TEST_F(BrokenWalks, leave_nothing_behind_for_a_plain_key)
     EXPECT_EQ(TreeOf(ReadOn(*mNumber)), "uint8=7");
 }
 
+TEST_F(BrokenWalks, leave_no_block_behind_that_would_hide_the_next_key)
+{
+    CStructCodec codec;
+    CElementFactory factory(&mSource, mContext, &codec);
+    mSource.Number(7).Number(8).Last();
+    factory.StartElement(*mByteKey.mRecord);
+    factory.StartStruct(*mByteKey.mRecord);
+    EXPECT_EQ(TreeOf(std::unique_ptr<CElement>(factory.Collect())), "{uint8=7}");
+    mByteKey.mRecord->Inspect(factory);
+    EXPECT_EQ(TreeOf(std::unique_ptr<CElement>(factory.Collect())), "{uint8=8}");
+}
+
 TEST_F(BrokenWalks, take_no_value_into_a_structure_that_is_gone)
 {
     BreakOff();
