@@ -43,17 +43,20 @@ private:
     {
         if (field.mWidth == BITS_IN_WORD && CWords::Straddles(position, littleEndian))
             return mWords.StraddlingWord(position / BITS_IN_WORD);   // without a sign, intended
-        const std::uint64_t value = littleEndian && mWords.HasFour(position / BITS_IN_WORD)
-                                        ? NumberIn(mWords.Four(position / BITS_IN_WORD), position, field)
-                                        : mWords.Number(position, field.mWidth, littleEndian);
+        const std::uint64_t value = Bits(position, field, littleEndian);
         const bool isNegative = field.mIsSigned && (value >> (field.mWidth - 1) & 1) != 0;
         return isNegative ? value | ~std::uint64_t{ 0 } << field.mWidth : value;
     }
 
-    /// As `CWords::Number`, from four words at once.
-    static std::uint64_t NumberIn(std::uint64_t words, std::uint32_t position, const FieldPlan & field)
+    /// As `CWords::Number`, from one word or from four at once where that will do.
+    std::uint64_t Bits(std::uint32_t position, const FieldPlan & field, bool littleEndian) const
     {
-        return (words & field.mWordsMask) >> position % BITS_IN_WORD & field.mMask;
+        const std::uint64_t index = position / BITS_IN_WORD;
+        if (field.mWidth <= BITS_IN_WORD)
+            return std::uint64_t{ mWords.Word(index) } >> position % BITS_IN_WORD & field.mMask;
+        if (littleEndian && mWords.HasFour(index))
+            return (mWords.Four(index) & field.mWordsMask) >> position % BITS_IN_WORD & field.mMask;
+        return mWords.Number(position, field.mWidth, littleEndian);
     }
 
     /// A number without a name gets the empty name and is no error here, intended.

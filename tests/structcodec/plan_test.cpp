@@ -22,8 +22,6 @@ namespace VrexZynConfigTools {
 namespace {
 
 using namespace support;
-using testing::Ne;
-
 const CStructPlan * PlanOf(Layout & layout)
 {
     return CStructPlan::Of(layout.Detail());
@@ -185,9 +183,10 @@ TEST_F(StructPlanOfAnEnum, sees_names_that_are_assigned)
 {
     EXPECT_EQ(NameOf(1), "9:(10:one)");
     CMetadataDetailEnum other(mLayout.FieldRecord(0));
-    other.AddEnum("uno", "1");
+    other.AddEnum("four", "4");
     Names() = other;
-    EXPECT_EQ(NameOf(1), "9:(10:uno)");
+    EXPECT_EQ(NameOf(1), "9:(10:)");
+    EXPECT_EQ(NameOf(4), "9:(10:four)");
 }
 
 TEST_F(StructPlanOfAnEnum, sees_new_details)
