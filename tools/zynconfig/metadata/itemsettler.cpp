@@ -64,7 +64,8 @@ std::string TypeText(const Item & item, std::int64_t width)
 }   // namespace
 
 CItemSettler::CItemSettler(Source & source, CFindings & findings)
-    : mFindings(findings)
+    : mIsWhole(source.mIsWhole)
+    , mFindings(findings)
 {
     for (const SharedEnum & shared : source.mEnums) {
         mEnums.emplace(shared.mName.mValue, &shared);
@@ -133,11 +134,11 @@ void CItemSettler::SettleEnum(Item & item, const std::string & what)
         return;
     }
     const auto found = mEnums.find(item.mEnumName.mValue);
-    if (found == mEnums.end())
+    if (found != mEnums.end())
+        item.mValues.mValue = found->second->mValues.mValue;
+    else if (mIsWhole)
         mFindings.Error(item.mEnumName.mPlace,
             "unknown enumeration " + Quoted(item.mEnumName.mValue) + Advice(item.mEnumName.mValue, mEnumNames));
-    else
-        item.mValues.mValue = found->second->mValues.mValue;
 }
 
 void CItemSettler::SettleNumber(Item & item, std::int64_t width)

@@ -37,6 +37,7 @@ private:
 
     std::unordered_map<std::string, const SharedEnum *> mEnums;
     std::vector<std::string> mEnumNames;
+    bool mIsWhole;
     CFindings & mFindings;
 };
 

@@ -25,7 +25,8 @@ std::string BitsText(std::int64_t count)
 }   // namespace
 
 CLayoutSettler::CLayoutSettler(Source & source, CItemSettler & items, CFindings & findings)
-    : mItems(items)
+    : mIsWhole(source.mIsWhole)
+    , mItems(items)
     , mFindings(findings)
 {
     for (const auto & shared : source.mStructs) {
@@ -48,7 +49,7 @@ bool CLayoutSettler::FindLayout(Item & item)
         mFindings.Error(item.mStructName.mPlace,
             "\"struct\" names a shared struct, which has fields, \"bits\" and \"little_endian\" of its own");
     const auto found = mStructs.find(item.mStructName.mValue);
-    if (found == mStructs.end())
+    if (found == mStructs.end() && mIsWhole)
         mFindings.Error(item.mStructName.mPlace, "unknown struct " + Quoted(item.mStructName.mValue) +
                                                      Advice(item.mStructName.mValue, mStructNames));
     item.mLayout = found != mStructs.end() ? found->second : std::make_shared<Layout>();
@@ -105,8 +106,7 @@ void CLayoutSettler::SettleField(Field & field, int depth)
         SettleWidth(field);
         CheckPosition(field);
     }
-    field.mIsSound = isRead && mFindings.ErrorCount() == errors &&
-                     (field.KindOf() != Kind::Structure || field.mLayout->mIsSound);
+    field.mIsSound = isRead && mFindings.ErrorCount() == errors && field.IsComplete();
 }
 
 void CLayoutSettler::SettleWidth(Field & field)

@@ -34,6 +34,7 @@ private:
 
     std::unordered_map<std::string, std::shared_ptr<Layout>> mStructs;
     std::vector<std::string> mStructNames;
+    bool mIsWhole;
     CItemSettler & mItems;
     CFindings & mFindings;
 };

@@ -14,7 +14,7 @@ constexpr char NAME_FORM[] =
 
 void CheckSystem(const Source & source, CFindings & findings)
 {
-    if (source.mSystems.empty())
+    if (source.mSystems.empty() && source.mIsWhole)
         findings.Error({}, "[system] is missing: one of the sources names the system");
     CTaken taken(findings);
     for (const System & system : source.mSystems) {
@@ -37,7 +37,7 @@ void CheckChips(const Source & source, CFindings & findings)
             chips.Add(chip.mName.mValue + '\n' + chip.mRomVersion,
                 "a chip " + Quoted(chip.mName.mValue) + " with this version of its ROM", chip.mName.mPlace);
     }
-    if (source.mChips.empty() && !source.mSystems.empty())
+    if (source.mChips.empty() && !source.mSystems.empty() && source.mIsWhole)
         findings.Error(source.mSystems.front().mPlace, "a system has one [[chip]] at least");
 }
 

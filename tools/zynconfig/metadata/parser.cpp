@@ -138,15 +138,16 @@ void ParseFile(const std::string & path, std::size_t file, Source & source, CFin
     const auto text = tomlsyntax::ReadFile(path, error);
     if (!text) {
         findings.Error({ file, 1, 1 }, error);
+        source.mIsWhole = false;
         return;
     }
     tomlsyntax::SyntaxError syntaxError;
     if (const auto root = tomlsyntax::ParseText(*text, syntaxError))
-        CFileParser(source, file, findings).Parse(*root);
-    else
-        findings.Error({ file, std::max<std::uint32_t>(syntaxError.mPlace.line, 1),
-                           std::max<std::uint32_t>(syntaxError.mPlace.column, 1) },
-            Printable(syntaxError.mText));
+        return CFileParser(source, file, findings).Parse(*root);
+    source.mIsWhole = false;
+    findings.Error({ file, std::max<std::uint32_t>(syntaxError.mPlace.line, 1),
+                       std::max<std::uint32_t>(syntaxError.mPlace.column, 1) },
+        Printable(syntaxError.mText));
 }
 
 }   // namespace

@@ -40,8 +40,7 @@ public:
         if (key.mOctets.mIsGiven && key.KindOf() != Kind::Structure && key.KindOf() != Kind::Unknown)
             mItems.RefuseForeign("octets", key, key.mOctets.mPlace);
         CheckIndices(key);
-        key.mIsSound = isRead && mFindings.ErrorCount() == errors &&
-                       (key.KindOf() != Kind::Structure || key.mLayout->mIsSound);
+        key.mIsSound = isRead && mFindings.ErrorCount() == errors && key.IsComplete();
     }
 
 private:

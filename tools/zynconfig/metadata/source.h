@@ -95,6 +95,9 @@ struct Item
 
     Kind KindOf() const { return mTypeWord != nullptr ? mTypeWord->mKind : Kind::Unknown; }
     bool IsArray() const { return mArray.mIsGiven; }
+
+    /// Whether all that it refers to is there and sound.
+    bool IsComplete() const;
 };
 
 struct Field : Item
@@ -130,6 +133,13 @@ struct Layout
     int mDepth = 1;                  // structs within one another
     bool mIsSound = false;
 };
+
+inline bool Item::IsComplete() const
+{
+    if (KindOf() == Kind::Structure)
+        return mLayout != nullptr && mLayout->mIsSound;
+    return KindOf() != Kind::Enumeration || !mValues.mValue.empty();
+}
 
 struct Index
 {
@@ -195,6 +205,7 @@ struct Source
     std::vector<SharedEnum> mEnums;
     std::vector<std::shared_ptr<Layout>> mStructs;
     std::vector<Subsystem> mSubsystems;
+    bool mIsWhole = true;   // every file could be read; what isn't there is missing then
 };
 
 }   // namespace zynconfig::metadata
