@@ -217,6 +217,7 @@ TEST_F(Describe, a_boundless_struct_of_bad_metadata_is_cut_off)
 TEST_F(Describe, json_tells_all_of_it)
 {
     const Json table = RunJson({ "describe", "GainTrim" });
+    EXPECT_EQ(table["format"], 1);
     EXPECT_EQ(table["subsystem"], "wlan");
     EXPECT_EQ(table["id"], 514);
     EXPECT_EQ(table["type"], "int8");

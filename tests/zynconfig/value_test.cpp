@@ -3,6 +3,9 @@
 #include <configtools/elements.h>
 #include <configtools/metadata.h>
 #include <configtools/payloads.h>
+#include <configtools/zyncontext.h>
+
+#include <support/memory_provider.h>
 
 #include <gtest/gtest.h>
 
@@ -155,6 +158,41 @@ TEST(ValueOf, shows_what_a_raw_element_holds)
     CElementRaw element(1, "", { new CUint8Payload(1), new CStringPayload("\x01", true) }, false);
     EXPECT_EQ(TextOf(element), "{1, 01}");
     EXPECT_EQ(ValueOf(element).mType, "raw");
+}
+
+TEST(ValueOf, gives_structs_of_a_record_one_entry_a_field_however_they_were_read)
+{
+    support::MemoryProvider provider({ "x" });
+    auto & layout = provider.Struct(SUBSYSTEM_BT, support::ARecord(5).Named("S"));
+    CMetadata & count = provider.NumberField(support::ARecord(0).Named("Count").OfType("uint8"));
+    CMetadata & steps = provider.NumberField(support::ARecord(0).Named("Steps").OfType("uint8").Array(2, 2));
+    layout.AddField("", &count, 0, 8);
+    layout.AddField("", &steps, 8, 16);
+    CZynContext context;
+    const IMetadata & record = provider.MetadataById(5, context);
+
+    // Field by field, the items of an array stand in the list of their struct.
+    CElementStruct byField(5, "", false);
+    byField.AddField(Complex({ new CUint8Payload(1), new CUint8Payload(2), new CUint8Payload(3) }));
+    byField.Use(record);
+    EXPECT_EQ(TextOf(byField), "{1, {2, 3}}");
+    CElementStruct asBlock(5, "", false);
+    asBlock.AddField(
+        Complex({ new CUint8Payload(1), Complex({ new CUint8Payload(2), new CUint8Payload(3) }) }));
+    asBlock.Use(record);
+    EXPECT_EQ(TextOf(asBlock), "{1, {2, 3}}");
+}
+
+TEST(ValueOf, asks_the_payloads_of_a_row_for_the_record)
+{
+    const auto record = Record(true, METADATA_SIMPLE);
+    auto * const only = new CUint8Payload(7);
+    only->Use(*record);
+    CIndexedElement row(record->PsId(), "", { 3 }, { only }, false);
+    EXPECT_EQ(TextOf(row), "[7]");
+    CIndexedElement other(record->PsId() + 1, "", { 3 }, { new CUint8Payload(7) }, false);
+    dynamic_cast<IMetadataUser &>(*other.GetPayloadCopy(false).front()).Use(*record);
+    EXPECT_EQ(TextOf(other), "7");
 }
 
 }   // namespace zynconfig

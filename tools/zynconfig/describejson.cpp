@@ -38,7 +38,7 @@ Json JsonOfShape(const IMetadata & metadata)
         { "range", HasRange(metadata) ? JsonOfLimits(metadata.Min(), metadata.Max(), HasUnsignedRange(metadata))
                                       : Json() },
         { "enumerators", enumerators.empty() ? Json() : JsonOf(enumerators) },
-        { "units", JsonText(metadata.Units()) }, { "format", JsonText(metadata.Format()) },
+        { "units", JsonText(metadata.Units()) }, { "presentation", JsonText(metadata.Format()) },
         { "description", JsonText(metadata.Description()) } };
 }
 

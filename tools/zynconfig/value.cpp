@@ -1,11 +1,13 @@
 #include "value.h"
 
+#include "shape.h"
 #include "text.h"
 
 #include <configtools/elements.h>
 #include <configtools/keywords.h>
 #include <configtools/metadata.h>
 #include <configtools/payloads.h>
+#include <structtree/structtree.h>
 
 #include <algorithm>
 #include <array>
@@ -111,6 +113,31 @@ bool HoldsFields(const IMetadata & metadata, const std::vector<Value> & values)
     return metadata.MetadataType() == METADATA_STRUCT && !metadata.IsArray() && !isWhole;
 }
 
+// A table row has lost its record, by the library's contract, but its payloads haven't.
+const IMetadata & RecordOf(CElement & element, const std::vector<IPayload *> & payloads)
+{
+    if (const IMetadata * const record = element.Metadata())
+        return *record;
+    auto * const user = payloads.empty() ? nullptr : dynamic_cast<IMetadataUser *>(payloads.front());
+    const IMetadata * const record = user == nullptr ? nullptr : user->Metadata();
+    const bool isOfKey = record != nullptr && record->PsId() == element.PsId();
+    return isOfKey ? *record : CNullMetadata::Ref();
+}
+
+// Structs of a provider's record, each in the form that has one entry for each field, whichever way it was read.
+std::vector<Value> StructsOf(const std::vector<IPayload *> & payloads, CMetadataDetailStruct & layout)
+{
+    std::vector<Value> values;
+    for (IPayload * const payload : payloads) {
+        auto * const instance = dynamic_cast<CComplexPayload *>(payload);
+        const auto result =
+            instance == nullptr ? structtree::Result() : structtree::CodecTree(*instance, layout);
+        if (payload != nullptr)
+            values.push_back(ValueOf(result.mTree == nullptr ? *payload : *result.mTree));
+    }
+    return values;
+}
+
 Value ListOrSingle(std::vector<Value> values, bool isArray)
 {
     if (values.size() == 1 && !isArray)
@@ -148,21 +175,21 @@ struct TextMaker
 
 Value ValueOf(CElement & element)
 {
-    const IMetadata * const record = element.Metadata();
-    const IMetadata & metadata = record == nullptr ? CNullMetadata::Ref() : *record;
     const std::vector<IPayload *> payloads = element.GetPayloadCopy(false);
+    const IMetadata & metadata = RecordOf(element, payloads);
     const bool isRaw = dynamic_cast<CElementRaw *>(&element) != nullptr;
     // A record with details comes from a provider: the element factory has put the fields into one payload then.
     const bool holdsFields =
         dynamic_cast<CElementStruct *>(&element) != nullptr && metadata.Details() == nullptr;
-    if (!metadata.IsArray() && (isRaw || holdsFields))
+    if (isRaw || (holdsFields && !metadata.IsArray()))
         return { isRaw ? TYPE_RAW : TYPE_STRUCT, Value::Struct{ ValuesOf(payloads) } };
     return ValueOf(payloads, metadata);
 }
 
 Value ValueOf(const std::vector<IPayload *> & payloads, const IMetadata & metadata)
 {
-    std::vector<Value> values = ValuesOf(payloads);
+    CMetadataDetailStruct * const layout = StructOf(metadata);
+    std::vector<Value> values = layout == nullptr ? ValuesOf(payloads) : StructsOf(payloads, *layout);
     if (HoldsFields(metadata, values))
         return { TYPE_STRUCT, Value::Struct{ std::move(values) } };
     return ListOrSingle(std::move(values), metadata.IsArray());
