@@ -1,4 +1,4 @@
-/// The manual: what it shows is what the tool prints.
+/// The manual and the front page: what they show is what the tool prints.
 
 #include <toolprocess.h>
 
@@ -56,24 +56,37 @@ bool LinesMatch(Lines expected, Lines expectedEnd, Lines line, Lines end)
 
 }   // namespace
 
-TEST(Manual, shows_what_the_tool_prints)
+class Manual : public testing::TestWithParam<const char *>
+{};
+
+// A shell of its own for each command; what one exports, the later ones have too.
+TEST_P(Manual, shows_what_the_tool_prints)
 {
     const CTempFolder folder;
     const std::filesystem::path source = SOURCE_DIR;
     std::filesystem::create_directory_symlink(source / "samples", folder.Path() / "samples");
     const std::string path = std::filesystem::path(TOOL).parent_path().string() + ":/usr/bin:/bin";
 
-    const std::vector<Example> examples = ExamplesOf(ContentOf(source / "docs/zynconfig.md"));
+    const std::vector<Example> examples = ExamplesOf(ContentOf(source / GetParam()));
     ASSERT_FALSE(examples.empty());
+    std::string exports;
     for (const Example & example : examples) {
-        const std::string command = "cd " + folder.Path().string() + " && { " + example.mCommand + "\n} 2>&1";
+        const std::string command =
+            "cd " + folder.Path().string() + " && { " + exports + example.mCommand + "\n} 2>&1";
         const ToolResult result = RunTool(
             { .mArguments = { "-c", command }, .mEnvironment = { { "PATH", path } }, .mProgram = "/bin/sh" });
         const std::vector<std::string> lines = LinesOf(result.mOut);
         EXPECT_TRUE(LinesMatch(example.mLines.begin(), example.mLines.end(), lines.begin(), lines.end()))
             << "$ " << example.mCommand << '\n'
             << result.mOut;
+        if (example.mCommand.rfind("export ", 0) == 0)
+            exports += example.mCommand + '\n';
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(Pages, Manual, testing::Values("docs/zynconfig.md", "README.md"),
+    [](const testing::TestParamInfo<const char *> & each) {
+        return std::string(each.param) == "README.md" ? "front_page" : "manual";
+    });
 
 }   // namespace zynconfig::test
