@@ -5,6 +5,7 @@
 #ifndef TESTS_STRUCTCODEC_CODEC_MODEL_H
 #define TESTS_STRUCTCODEC_CODEC_MODEL_H
 
+#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <memory>

@@ -3,7 +3,7 @@
 ///     Layout layout(LITTLE_ENDIAN_TARGET);
 ///     layout.Field(0, 3).Field(3, 5);
 ///     EXPECT_THAT(Encoded(layout, ATree(new CUint8Payload(5), new CUint8Payload(17))), ElementsAre(0x8D));
-///     EXPECT_EQ(TextOf(*Decode(layout, { 0x8D }).mOut), "9:(0:5 0:-15)");
+///     EXPECT_EQ(TextOf(*Decode(layout, { 0x8D }).mOut), "9:(0:5 0:17)");
 
 #ifndef TESTS_STRUCTCODEC_LAYOUTS_H
 #define TESTS_STRUCTCODEC_LAYOUTS_H

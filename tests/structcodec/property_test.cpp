@@ -20,7 +20,7 @@ namespace {
 
 using namespace support;
 
-constexpr std::uint32_t LAYOUTS = 4000;
+constexpr std::uint32_t LAYOUTS = 2500;
 constexpr Origin ORIGINS[] = { OF_THE_LIBRARY, OF_A_PLUG_IN };
 
 std::string OctetsOf(const Words & words, const ModelStruct & layout)
