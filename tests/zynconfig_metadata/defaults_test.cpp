@@ -96,6 +96,22 @@ const std::vector<Rule> RULES = {
           "whole number" },
         Keys(
             R"({ id = 1, name = "A", type = "uint8", index = [{ name = "I", range = [1, 2] }], default = [{ index = 1, value = 1 }] })") },
+    Rule{ "a_word_out_of_range_of_a_field_above_64_bits",
+        Keys(R"({ id = 1, name = "A", type = "struct", default = { x = [0, 0, 0, 0, 65536] }, field = [
+{ name = "x", type = "integer", position = 0, width = 80 }
+] })"),
+        { "1.toml:10:69: error: \"x\": 65536 is out of range; expected 0 to 65535" },
+        Keys(R"({ id = 1, name = "A", type = "struct", default = { x = [0, 0, 0, 0, 65535] }, field = [
+{ name = "x", type = "integer", position = 0, width = 80 }
+] })") },
+    Rule{ "a_wrong_number_of_structs",
+        Keys(R"({ id = 1, name = "A", type = "struct", default = { x = [{ y = 1 }] }, field = [
+{ name = "x", type = "struct", array = 2, position = 0, field = [{ name = "y", type = "uint8", position = 0 }] }
+] })"),
+        { "1.toml:10:56: error: \"default\": 1 items; expected 2" },
+        Keys(R"({ id = 1, name = "A", type = "struct", default = { x = [{ y = 1 }, { y = 2 }] }, field = [
+{ name = "x", type = "struct", array = 2, position = 0, field = [{ name = "y", type = "uint8", position = 0 }] }
+] })") },
 };
 
 class Defaults : public RuleTest

@@ -124,6 +124,14 @@ const std::vector<Rule> RULES = {
 { name = "a", type = "uint8", position = 0, width = 4 },
 { name = "x", type = "uint16", position = 16 }
 ] })") },
+    Rule{ "an_unsigned_integer_of_64_bits", Keys(R"({ id = 1, name = "A", type = "struct", field = [
+{ name = "x", type = "integer", format = "unsigned_decimal", position = 0, width = 64 }
+] })"),
+        { "1.toml:11:73: warning: the device format doesn't carry \"x\" back unchanged: 9223372036854775807 "
+          "comes back as 0" },
+        Keys(R"({ id = 1, name = "A", type = "struct", field = [
+{ name = "x", type = "integer", format = "unsigned_decimal", position = 0, width = 63 }
+] })") },
 };
 
 class Device : public RuleTest

@@ -135,6 +135,22 @@ name = "bt"
     Rule{ "an_array_of_too_many_items", Keys(R"({ id = 1, name = "A", type = "uint8", array = [1, 65537] })"),
         { "1.toml:10:47: error: \"array\": 1 to 65537 items; expected 0 to 65536" },
         Keys(R"({ id = 1, name = "A", type = "uint8", array = [1, 65536] })") },
+    Rule{ "an_unsigned_integer_of_64_bits_beyond_what_a_record_keeps",
+        Keys(R"({ id = 1, name = "A", type = "struct", field = [
+{ name = "x", type = "integer", format = "unsigned_decimal", position = 0, width = 63, range = [0, "9223372036854775808"] }
+] })"),
+        { "1.toml:11:96: error: \"range\": 0 to 9223372036854775808 doesn't fit 63 bits of integer: 0 to "
+          "9223372036854775807" },
+        Keys(R"({ id = 1, name = "A", type = "struct", field = [
+{ name = "x", type = "integer", format = "unsigned_decimal", position = 0, width = 63, range = [0, 9223372036854775807] }
+] })") },
+    Rule{ "a_range_of_a_field_above_64_bits", Keys(R"({ id = 1, name = "A", type = "struct", field = [
+{ name = "x", type = "integer", position = 0, width = 80, range = [0, 1] }
+] })"),
+        { "1.toml:11:67: error: \"range\": a field of more than 64 bits has none" },
+        Keys(R"({ id = 1, name = "A", type = "struct", field = [
+{ name = "x", type = "integer", position = 0, width = 80 }
+] })") },
 };
 
 class Ranges : public RuleTest

@@ -103,6 +103,73 @@ values = { L = 0 }
         { "1.toml:10:18: error: \"A.1\" is no name; expected a letter and then letters, digits, \"_\" or "
           "\"-\", as names stand in command lines" },
         Keys(R"({ id = 1, name = "A-1", type = "uint8" })") },
+    Rule{ "bits_of_a_number", Keys(R"({ id = 1, name = "A", type = "uint8", bits = 8 })"),
+        { "1.toml:10:46: error: \"bits\" doesn't go with the type \"uint8\"" },
+        Keys(R"({ id = 1, name = "A", type = "struct", bits = 8, field = [
+{ name = "x", type = "uint8", position = 0 }
+] })") },
+    Rule{ "the_order_of_bytes_of_a_number",
+        Keys(R"({ id = 1, name = "A", type = "uint8", little_endian = true })"),
+        { "1.toml:10:55: error: \"little_endian\" doesn't go with the type \"uint8\"" },
+        Keys(R"({ id = 1, name = "A", type = "struct", little_endian = true, field = [
+{ name = "x", type = "uint8", position = 0 }
+] })") },
+    Rule{ "octets_of_a_number", Keys(R"({ id = 1, name = "A", type = "uint8", octets = true })"),
+        { "1.toml:10:48: error: \"octets\" doesn't go with the type \"uint8\"" },
+        Keys(R"({ id = 1, name = "A", type = "struct", octets = true, field = [
+{ name = "x", type = "uint8", position = 0 }
+] })") },
+    Rule{ "fields_of_a_number",
+        Keys(
+            R"({ id = 1, name = "A", type = "uint8", field = [{ name = "x", type = "uint8", position = 0 }] })"),
+        { "1.toml:10:48: error: \"field\" doesn't go with the type \"uint8\"" },
+        Keys(R"({ id = 1, name = "A", type = "struct", field = [
+{ name = "x", type = "uint8", position = 0 }
+] })") },
+    Rule{ "enumerators_of_a_number", Keys(R"({ id = 1, name = "A", type = "uint8", values = { X = 0 } })"),
+        { "1.toml:10:48: error: \"values\" doesn't go with the type \"uint8\"" },
+        Keys(R"({ id = 1, name = "A", type = "enum", values = { X = 0 } })") },
+    Rule{ "a_position_of_a_key", Keys(R"({ id = 1, name = "A", type = "uint8", position = 0 })"),
+        { "1.toml:10:39: error: unknown field \"position\" in a key" },
+        Keys(R"({ id = 1, name = "A", type = "uint8" })") },
+    Rule{ "a_default_of_a_field", Keys(R"({ id = 1, name = "A", type = "struct", field = [
+{ name = "x", type = "uint8", position = 0, default = 1 }
+] })"),
+        { "1.toml:11:45: error: unknown field \"default\" in a field of a struct" },
+        Keys(R"({ id = 1, name = "A", type = "struct", default = { x = 1 }, field = [
+{ name = "x", type = "uint8", position = 0 }
+] })") },
+    Rule{ "an_unknown_field_of_a_row",
+        Keys(
+            R"({ id = 1, name = "A", type = "uint8", index = [{ name = "I", range = [1, 2] }], default = [{ index = 1, value = 1, vlaue = 2 }] })"),
+        { "1.toml:10:116: error: unknown field \"vlaue\" in a row; did you mean \"value\"?" },
+        Keys(
+            R"({ id = 1, name = "A", type = "uint8", index = [{ name = "I", range = [1, 2] }], default = [{ index = 1, value = 1 }] })") },
+    Rule{ "an_enumerator_of_digits", Keys(R"({ id = 1, name = "A", type = "enum", values = { 5 = 0 } })"),
+        { "1.toml:10:49: error: \"5\" is no name; expected letters, digits, \"_\" or \"-\", and not digits "
+          "alone" },
+        Keys(R"({ id = 1, name = "A", type = "enum", values = { 5GHZ = 0 } })") },
+    Rule{ "a_shared_struct_with_a_size_besides", Behind(R"([[subsystem.key]]
+id = 1
+name = "A"
+type = "struct"
+struct = "Band"
+bits = 8
+[[struct]]
+name = "Band"
+field = [{ name = "x", type = "uint8", position = 0 }]
+)"),
+        { "1.toml:13:10: error: \"struct\" names a shared struct, which has fields, \"bits\" and "
+          "\"little_endian\" of its own" },
+        Behind(R"([[subsystem.key]]
+id = 1
+name = "A"
+type = "struct"
+struct = "Band"
+[[struct]]
+name = "Band"
+field = [{ name = "x", type = "uint8", position = 0 }]
+)") },
 };
 
 class Words : public RuleTest

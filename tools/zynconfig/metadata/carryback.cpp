@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::uint64_t ALTERNATING = 0x5555555555555555;
 constexpr std::size_t LONGEST_QUOTE = 60;   // bytes of a value in a warning
+constexpr int MAX_LONE_ATTEMPTS = 100;      // in one struct; each packs all of it
 
 /// What the fields of a struct hold in one attempt.
 enum class Pattern
@@ -151,9 +152,12 @@ private:
                                         Shortened(back) + (isAlone ? " because of the fields beside it" : ""));
     }
 
-    // Whether the field comes back where all others are empty.
+    // Whether the field comes back where all others are empty. In a struct of very many bad fields the later ones aren't
+    // asked.
     bool SurvivesAlone(std::size_t place, const LeafValues & values, const std::string & sent)
     {
+        if (++mLoneAttempts > MAX_LONE_ATTEMPTS)
+            return false;
         LeafValues alone = values;
         for (std::size_t other = 0; other < alone.size(); ++other)
             if (other != place)
@@ -173,6 +177,7 @@ private:
     CStructRecords mRecords;
     std::vector<const Field *> mLeaves;
     std::set<const Field *> mWarned;
+    int mLoneAttempts = 0;
 };
 
 }   // namespace

@@ -7,7 +7,7 @@
 
 #include <configtools/keywords.h>
 
-#include <array>
+#include <algorithm>
 #include <limits>
 
 namespace zynconfig::metadata {
@@ -32,6 +32,12 @@ CNumber LargestUnsigned(std::int64_t width)
     return CNumber::Unsigned(width >= 64 ? ALL : (std::uint64_t{ 1 } << width) - 1);
 }
 
+// A record keeps its range in signed 64 bits, which only "uint64" takes for unsigned ones.
+CNumber LargestUnsigned(const Item & item, std::int64_t width)
+{
+    return LargestUnsigned(item.mTypeWord->mBits == 64 ? width : std::min<std::int64_t>(width, 63));
+}
+
 NumberRange SignedRange(std::int64_t width)
 {
     const auto max = static_cast<std::int64_t>(LargestUnsigned(width - 1).Bits());
@@ -40,7 +46,7 @@ NumberRange SignedRange(std::int64_t width)
 
 NumberRange UsualRange(const Item & item, std::int64_t width)
 {
-    return IsSigned(item) ? SignedRange(width) : NumberRange{ 0, LargestUnsigned(width) };
+    return IsSigned(item) ? SignedRange(width) : NumberRange{ 0, LargestUnsigned(item, width) };
 }
 
 // A number that isn't sign-extended may use the bit of the sign as any other.

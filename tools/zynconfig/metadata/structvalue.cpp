@@ -6,7 +6,7 @@
 
 #include "../text.h"
 
-#include <algorithm>
+#include <map>
 
 namespace zynconfig::metadata {
 
@@ -31,19 +31,23 @@ public:
             mLeaves.Mismatch(value, name, "a table of fields, { NAME = value, ... }");
             return;
         }
+        std::map<std::string, const Value *> given;
+        for (const Value::Member & member : *members)
+            given.emplace(member.mName, &member.mValue);
         std::vector<std::string> names;
         for (const CStructField * each : *detail.GetStructFields()) {
             const Field & field = mRecords.FieldOf(*each);
             names.push_back(field.mName.mValue);
-            const auto found = std::find_if(members->begin(), members->end(),
-                [&](const Value::Member & member) { return member.mName == field.mName.mValue; });
-            if (found == members->end())
+            const auto found = given.find(field.mName.mValue);
+            if (found == given.end())
                 mFindings.Error(value.mPlace, "the field " + Quoted(field.mName.mValue) + " has no value");
             else
-                ReadField(*each, field, found->mValue);
+                ReadField(*each, field, *found->second);
         }
+        for (const std::string & each : names)
+            given.erase(each);
         for (const Value::Member & member : *members)
-            if (std::find(names.begin(), names.end(), member.mName) == names.end())
+            if (given.count(member.mName) != 0)
                 mFindings.Error(
                     member.mNamePlace, "unknown field " + Quoted(member.mName) + Advice(member.mName, names));
     }
