@@ -94,8 +94,7 @@ std::string WhyNoIndices(const IMetadata & record, const std::vector<std::uint32
                std::to_string(record.NumIndices());
     for (std::size_t position = 0; position < indices.size(); ++position) {
         const CTableIndex * const index = record.TableIndex(static_cast<std::uint16_t>(position + 1));
-        const std::string reason =
-            index != nullptr ? WhyNoIndex(*index, indices[position]) : "an index is missing";
+        std::string reason = index != nullptr ? WhyNoIndex(*index, indices[position]) : "an index is missing";
         if (!reason.empty())
             return reason;
     }

@@ -100,7 +100,7 @@ std::string WhyNoRepositoryHeader(const Header & header, std::uint64_t fileSize)
 
 std::string WhyNoRepository(const std::string & path)
 {
-    const std::string reason = WhyNoRegularFile(path);
+    std::string reason = WhyNoRegularFile(path);
     if (!reason.empty())
         return reason;
     errno = 0;

@@ -68,7 +68,7 @@ std::string CFindings::Text(const std::string & prefix) const
 {
     std::string text;
     for (const std::string & line : mLines)
-        text += (text.empty() ? "" : "\n") + prefix + line;
+        text.append(text.empty() ? "" : "\n").append(prefix).append(line);
     if (mCount > mLines.size())
         text += '\n' + prefix + "and " + std::to_string(mCount - mLines.size()) + " more";
     return text;
