@@ -132,6 +132,18 @@ const std::vector<Rule> RULES = {
         Keys(R"({ id = 1, name = "A", type = "struct", field = [
 { name = "x", type = "integer", format = "unsigned_decimal", position = 0, width = 63 }
 ] })") },
+    Rule{ "a_neighbour_whatever_the_order_in_the_source",
+        Keys(R"({ id = 1, name = "A", type = "struct", field = [
+{ name = "x", type = "uint16", position = 4 },
+{ name = "a", type = "uint8", position = 0, width = 4 }
+] })"),
+        { "1.toml:11:43: warning: the device format doesn't carry \"x\" back unchanged: 65535 comes back as "
+          "4095",
+            "1.toml:12:42: warning: the device format doesn't carry \"a\" back unchanged: 15 comes back as 0" },
+        Keys(R"({ id = 1, name = "A", type = "struct", field = [
+{ name = "x", type = "uint16", position = 16 },
+{ name = "a", type = "uint8", position = 0, width = 4 }
+] })") },
 };
 
 class Device : public RuleTest

@@ -172,6 +172,25 @@ name = "A"
 type = "struct"
 field = [{ name = "s", type = "struct", struct = "S", array = 100, position = 0 }]
 )") },
+    Rule{ "an_array_that_begins_before_a_struct_that_is_not_little_endian",
+        Keys(R"({ id = 1, name = "A", type = "struct", little_endian = false, field = [
+{ name = "x", type = "uint32", array = 2, position = 0 }
+] })"),
+        { "1.toml:11:54: error: \"x\" begins at the bit -16, before the struct: as this isn't little-endian, "
+          "the position of a field of 17 to 64 bits names its last word" },
+        Keys(R"({ id = 1, name = "A", type = "struct", little_endian = false, field = [
+{ name = "x", type = "uint32", array = 2, position = 16 }
+] })") },
+    Rule{ "an_array_that_overlaps_the_word_below_where_not_little_endian",
+        Keys(R"({ id = 1, name = "A", type = "struct", little_endian = false, field = [
+{ name = "x", type = "uint16", position = 0 },
+{ name = "y", type = "uint32", array = 2, position = 16 }
+] })"),
+        { "1.toml:12:54: error: \"y\" overlaps \"x\" (1.toml:11:1) in the bits 0 to 15" },
+        Keys(R"({ id = 1, name = "A", type = "struct", little_endian = false, field = [
+{ name = "x", type = "uint16", position = 0 },
+{ name = "y", type = "uint32", array = 2, position = 32 }
+] })") },
 };
 
 class Layouts : public RuleTest
