@@ -26,23 +26,25 @@ class WordSource : public IElementFactorySource
 {
 public:
     explicit WordSource(const std::vector<std::uint16_t> & words)
-        : mWords(words)
+        : mBegin(words.data())
+        , mEnd(words.data() + words.size())
         , mNext(words.data())
     {}
 
     bool NextInt(const std::string & /*type*/, std::uint64_t & value, std::uint16_t * /*index*/) override
     {
         value = *mNext++;
-        if (mNext != mWords.data() + mWords.size())
+        if (mNext != mEnd)
             return true;
-        mNext = mWords.data();
+        mNext = mBegin;
         return false;
     }
     bool NextString(std::string & /*value*/, std::uint16_t * /*index*/) override { return false; }
     bool NextEnum(std::uint64_t & /*value*/, std::uint16_t * /*index*/) override { return false; }
 
 private:
-    const std::vector<std::uint16_t> & mWords;
+    const std::uint16_t * mBegin;
+    const std::uint16_t * mEnd;
     const std::uint16_t * mNext;
 };
 

@@ -38,7 +38,7 @@ struct ValueIn : CPayload<T>
     }
 };
 
-Number NumberOf(const IPayload & payload, int numberClass)
+inline Number NumberOf(const IPayload & payload, int numberClass)
 {
     switch (numberClass) {
     case NUMERIC_INT8:
@@ -74,25 +74,19 @@ public:
         const std::vector<IPayload *> & values = payload.GetFields();
         if (values.size() > layout.mFields.size())
             return false;
-        for (std::size_t index = 0; index < values.size(); ++index) {
-            const FieldPlan & field = layout.mFields[index];
-            const std::uint32_t position = base + field.mPosition;
-            const bool isNumber = field.mKind == FieldKind::NUMBER || field.mKind == FieldKind::ENUM;
-            const bool isPacked =
-                isNumber ? PackNumber(position, field.mWidth, values[index], ExpectedClass(field), layout)
-                         : PackTree(position, field, values[index], layout);
-            if (!isPacked)
+        const FieldPlan * field = layout.mFields.data();
+        for (IPayload * const value : values) {
+            const std::uint32_t position = base + field->mPosition;
+            const bool isNumber = field->mKind == FieldKind::NUMBER || field->mKind == FieldKind::ENUM;
+            if (!(isNumber ? PackNumber(position, *field, value, layout)
+                           : PackTree(position, *field, value, layout)))
                 return false;
+            ++field;
         }
         return true;
     }
 
 private:
-    static int ExpectedClass(const FieldPlan & field)
-    {
-        return field.mKind == FieldKind::ENUM ? ENUMERATOR : field.mType;
-    }
-
     /// The class of a number; below 0 for all other payloads. Only the address of the type information is compared:
     /// where a module has one of its own for a class of the library, the literal road gives the same result.
     static int ClassOf(const IPayload * payload, int expected)
@@ -113,18 +107,26 @@ private:
         return isTree ? static_cast<CComplexPayload *>(payload) : nullptr;
     }
 
-    bool PackNumber(std::uint32_t position, std::uint32_t size, const IPayload * payload, int expected,
-        const LayoutPlan & layout)
+    bool PackNumber(
+        std::uint32_t position, const FieldPlan & field, const IPayload * payload, const LayoutPlan & layout)
     {
-        const int numberClass = ClassOf(payload, expected);
+        const int numberClass = ClassOf(payload, field.mType);   // of an enumerator none, which is its place
         if (numberClass < 0)
             return false;
-        const Number number = NumberOf(*payload, numberClass);
+        if (field.mWidth >= BITS_IN_WORD)
+            PackSized(position, field.mWidth, NumberOf(*payload, numberClass), layout);
+        else   // what lies above the word is lost; a field never spills into the next one, intended
+            mWords.MergeIntoWord(position / BITS_IN_WORD, (NumberOf(*payload, numberClass).mBits & field.mMask)
+                                                              << position % BITS_IN_WORD);
+        return true;
+    }
+
+    void PackSized(std::uint32_t position, std::uint32_t size, const Number & number, const LayoutPlan & layout)
+    {
         if (size == BITS_IN_WORD && !CWords::Straddles(position, layout.mIsLittleEndian))
             ReplaceWord(position / BITS_IN_WORD, number);
         else
             mWords.MergeNumber(position, size, number.mBits, layout.mIsLittleEndian);
-        return true;
     }
 
     /// A narrower number replaces the low byte alone, and a wider one nothing, both intended.
@@ -169,10 +171,11 @@ private:
             return true;   // no bits
         if (share > 64)
             return false;
-        int expected = NUMERIC_UINT16;
         for (const IPayload * const item : items) {
-            if (!PackNumber(position, share, item, expected, layout))
+            const int numberClass = ClassOf(item, NUMERIC_UINT16);
+            if (numberClass < 0)
                 return false;
+            PackSized(position, share, NumberOf(*item, numberClass), layout);
             position += share;
         }
         return true;

@@ -87,6 +87,8 @@ public:
             return MergeIntoWord(index + 1, value >> 8 & 0xFF);
         }
         // From the start of the word, whatever bit the position names, intended.
+        if (littleEndian && HasFour(index))
+            return MergeAhead(mWords + index, size, value);
         for (std::uint32_t ahead = 0; ahead * BITS < size; ++ahead)
             MergeIntoWord(littleEndian ? index + ahead : index - ahead, value >> (ahead * BITS) & 0xFFFF);
     }
@@ -98,6 +100,17 @@ public:
     }
 
 private:
+    /// A number of more than 16 bits, where four words are here.
+    static void MergeAhead(std::uint16_t * words, std::uint32_t size, std::uint64_t value)
+    {
+        words[0] = static_cast<std::uint16_t>(words[0] | value);
+        words[1] = static_cast<std::uint16_t>(words[1] | value >> BITS);
+        if (size > 2 * BITS)
+            words[2] = static_cast<std::uint16_t>(words[2] | value >> (2 * BITS));
+        if (size > 3 * BITS)
+            words[3] = static_cast<std::uint16_t>(words[3] | value >> (3 * BITS));
+    }
+
     static constexpr std::uint32_t BITS = CStructCodec::BITS_IN_UINT16;
 
     std::uint16_t * mWords;
