@@ -41,7 +41,59 @@ std::string Repeated(const std::string & text, int count)
     return all;
 }
 
+/// What stands between "```toml" and "```" in the manual the first time.
+std::string FirstSourceOfManual()
+{
+    const std::string manual = zynconfig::test::ContentOf(SOURCE_DIR "/docs/metadata-source.md");
+    const std::string opening = "```toml\n";
+    const std::size_t begin = manual.find(opening) + opening.size();
+    return manual.substr(begin, manual.find("```", begin) - begin);
+}
+
+/// The source of which the manual shows the findings.
+constexpr char LIMITER[] = R"([[subsystem]]
+name = "audio"
+
+[[subsystem.key]]
+id = 0x0331
+name = "Limiter"
+type = "struct"
+field = [
+    { name = "Mode", type = "enum", position = 0, width = 4, values = { OFF = 0, SOFT = 1, HARD = 2 } },
+    { name = "Threshold", type = "int32", position = 0, range = [-1_000_000, 0], units = "0.0001 dB" },
+    { name = "Release", type = "unit16", position = 48, units = "ms" },
+]
+
+[[subsystem.key]]
+id = 0x0335
+name = "Echo"
+type = "struct"
+field = [
+    { name = "Gain", type = "int8", position = 0, units = "dB" },
+    { name = "Delay", type = "uint64", position = 16, units = "ps" },
+]
+)";
+
 }   // namespace
+
+TEST(MetadataManual, shows_a_source_that_compiles)
+{
+    EXPECT_THAT(FirstSourceOfManual(), StartsWith("[system]\n"));
+    EXPECT_THAT(FindingsOf({ FirstSourceOfManual() }), IsEmpty());
+}
+
+TEST(MetadataManual, shows_findings_as_they_are)
+{
+    std::string shown;
+    for (std::string finding : FindingsOf({ LIMITER, HEAD })) {
+        for (std::size_t at = finding.find("1.toml"); at != std::string::npos;
+             at = finding.find("1.toml", at + 12))
+            finding.replace(at, 6, "limiter.toml");
+        shown += finding + '\n';
+    }
+    EXPECT_THAT(zynconfig::test::ContentOf(SOURCE_DIR "/docs/metadata-source.md"),
+        HasSubstr("```\n" + shown + "```\n"));
+}
 
 TEST(MetadataSources, make_one_system_of_several_files)
 {
