@@ -114,7 +114,10 @@ const IMetadata * CKeyLookup::KeyOf(const toml::table & table, IConfigContext & 
 
 void CKeyLookup::AddUnknown(const toml::node & node, const std::string & name, IConfigContext & context)
 {
-    const std::string nearest = mProvider.NearestName(name, context);
+    // A provider compares the name with all that it knows, which is too much for each key of a large file that isn't
+    // for this chip at all.
+    constexpr int MOST = 100;
+    const std::string nearest = mAdvised++ < MOST ? mProvider.NearestName(name, context) : "";
     TakeError();   // without a name to advise, the finding is the same
     mFindings.Add(node,
         "unknown key " + Quoted(name) + (nearest.empty() ? "" : "; did you mean " + Quoted(nearest) + '?'));

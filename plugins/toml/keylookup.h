@@ -46,6 +46,7 @@ private:
     CFindings & mFindings;
     CValueReader mValues;
     bool mIsUsable = true;
+    int mAdvised = 0;   // unknown keys for which a name was looked for
 };
 
 }   // namespace tomlconfig

@@ -191,6 +191,17 @@ TEST_F(LargeFiles, may_nest_arrays_deep)
         "7:38: \"Curve\": expected a whole number from -100 to 100, found an array");
 }
 
+TEST_F(LargeFiles, get_advice_for_their_first_unknown_keys)
+{
+    std::string text = HEAD;
+    for (int i = 0; i < 200; ++i)
+        text += "[[subsystem.key]]\nname = 'V'\nvalue = 1\n";
+    const std::string error = ErrorOf(text);
+    EXPECT_THAT(
+        error, HasSubstr("305:8: unknown key \"V\"; did you mean \"Volume\"?\n308:8: unknown key \"V\"\n"));
+    EXPECT_EQ(std::count(error.begin(), error.end(), '\n'), 199);
+}
+
 double SecondsToRead(DescribedTest &, MemoryProvider & provider, const std::string & path)
 {
     const auto begin = std::chrono::steady_clock::now();
