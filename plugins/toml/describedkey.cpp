@@ -97,6 +97,8 @@ private:
     {
         CElementFactory factory(&mSource, mContext, nullptr);
         factory.Clear();
+        mContext.SetTag(
+            keywords::TAG_ELEM_BIT_WIDTH);   // the caller's would make the key a field of that width
         TakeError();
         CKeyWalk walk(factory, mSource, mFindings, value, mChecks);
         mRecord.Inspect(walk);

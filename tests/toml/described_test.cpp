@@ -209,6 +209,12 @@ TEST_F(DescribedKeys, of_octets_lose_a_pad_byte_with_a_warning)
                                     ":7:36: \"Address\": the last octet, 00, is taken for one that fills up")));
 }
 
+TEST_F(DescribedKeys, are_no_fields_whatever_the_context_of_the_caller_says)
+{
+    EXPECT_THAT(Read("name = 'Curve', value = [1, -2, 3]", "elembitwidth=32"),
+        ElementsAre("numbers1 20 " + Hex("Curve") + " 1:1 1:-2 1:3"));
+}
+
 TEST_F(DescribedKeys, keep_errors_that_stood_before_the_read)
 {
     mErrors.Set("before");
