@@ -14,7 +14,6 @@ namespace {
 constexpr std::uint32_t BITS_IN_WORD = CStructCodec::BITS_IN_UINT16;
 
 // The eight numbers are in the order of `NumericTypeEnum`, and an enumerator stands where that has none.
-constexpr int ENUMERATOR = NUMERIC_NONE;
 const std::array NUMBER_CLASSES = { &typeid(CInt8Payload), &typeid(CInt16Payload), &typeid(CInt32Payload),
     &typeid(CInt64Payload), &typeid(CUint8Payload), &typeid(CUint16Payload), &typeid(CUint32Payload),
     &typeid(CUint64Payload), &typeid(CEnumPayload) };

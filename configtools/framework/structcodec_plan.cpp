@@ -178,9 +178,8 @@ bool CStructPlan::PlanNames(const CMetadata & record, FieldPlan & plan)
     plan.mInner = static_cast<std::uint32_t>(mNames.size());
     NamesPlan names;
     names.reserve(detail->mEnums.size());
-    // Of several names with one number the last in name order is given, intended: here it becomes the first.
-    for (auto name = detail->mEnums.rbegin(); name != detail->mEnums.rend(); ++name)
-        names.emplace_back(name->second, &name->first);
+    for (const auto & [name, number] : detail->mEnums)
+        names.emplace_back(number, &name);
     std::stable_sort(names.begin(), names.end(),
         [](const auto & left, const auto & right) { return left.first < right.first; });
     mNames.push_back(std::move(names));
@@ -204,9 +203,10 @@ const CStructPlan * structcodec::PlanFor(CMetadataDetailStruct & detail)
 const std::string * CStructPlan::NameOf(const FieldPlan & field, std::int32_t number) const
 {
     const NamesPlan & names = mNames[field.mInner];
-    const auto found = std::lower_bound(names.begin(), names.end(), number,
-        [](const auto & name, std::int32_t wanted) { return name.first < wanted; });
-    return found != names.end() && found->first == number ? found->second : nullptr;
+    // Of several names with one number the last in name order, intended.
+    const auto behind = std::upper_bound(names.begin(), names.end(), number,
+        [](std::int32_t wanted, const auto & name) { return wanted < name.first; });
+    return behind != names.begin() && (behind - 1)->first == number ? (behind - 1)->second : nullptr;
 }
 
 }   // namespace VrexZynConfigTools

@@ -60,7 +60,7 @@ struct LayoutPlan
     bool operator==(const LayoutPlan &) const = default;
 };
 
-/// The names of an enumeration by number, ascending. The texts belong to the detail.
+/// The names of an enumeration by number and name, ascending. The texts belong to the detail.
 using NamesPlan = std::vector<std::pair<std::int32_t, const std::string *>>;
 
 /// Sums over a struct with all that is nested in it, as it is unpacked.

@@ -46,7 +46,7 @@ public:
     bool HasFour(std::uint64_t index) const { return index + 4 <= mCount; }
     std::uint64_t Four(std::uint64_t index) const
     {
-        std::uint64_t four;
+        std::uint64_t four = 0;
         std::memcpy(&four, mWords + index, sizeof four);
         return four;
     }
