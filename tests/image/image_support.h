@@ -173,12 +173,12 @@ private:
     CMessageSinkGuard mGuard{ this };
 };
 
-/// Numbers, the lowest byte first.
+/// A number, the lowest byte first.
 inline std::string Bytes(std::uint64_t number, std::size_t count)
 {
     std::string bytes;
-    for (std::size_t place = 0; place < count; ++place)
-        bytes += static_cast<char>(number >> (8 * place) & 0xFF);
+    for (; bytes.size() < count; number >>= 8)
+        bytes += static_cast<char>(number & 0xFF);
     return bytes;
 }
 

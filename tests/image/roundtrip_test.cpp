@@ -86,8 +86,9 @@ TEST_F(ImageRoundTrip, brings_signed_items_of_an_array_back_unsigned)
 
 TEST_F(ImageRoundTrip, fills_the_items_that_a_short_array_lacks_with_zeros)
 {
-    CElement * const element = Element(21, { 9 });   // the source ends after the first item of two
-    Expect(element, "struct 21 Pairs 9:(9:(4:9 4:0) 2:0)");
+    CElement * const element = Element(20, { 2, 1, 2 });   // the source ends after the second item of three
+    Expect(element, "struct 20 Fit 9:(10:OFF=2 9:(4:1 4:2 4:0) 9:(5:0 5:0 5:0 5:0 5:0) 9:(4:0 9:(5:0 5:0)) "
+                    "9:(9:(4:0 0:0)) 1:0 5:0)");
 }
 
 TEST_F(ImageRoundTrip, keeps_every_struct_of_an_array)
