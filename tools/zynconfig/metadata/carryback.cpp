@@ -87,7 +87,7 @@ LeafValue ValueOf(const Field & field, Pattern pattern, std::uint64_t place)
         const auto & enumerators = field.mValues.mValue;
         const NumberRange choice{ 0, static_cast<std::int64_t>(enumerators.size()) - 1 };
         const Enumerator & each = enumerators.at(NumberOf(choice, pattern, place).Bits());
-        value.mNumbers.push_back(each.mNumber);
+        value.mNumbers.emplace_back(each.mNumber);
         value.mText = each.mName;
     } else if (field.KindOf() != Kind::Number) {
         const std::uint64_t length = NumberOf(field.mLength.mValue, pattern, place).Bits();

@@ -132,7 +132,7 @@ void CItemSettler::SettleEnum(Item & item, const std::string & what)
 {
     if (item.mEnumName.mIsGiven == item.mValues.mIsGiven) {
         mFindings.Error(item.mPlace,
-            what + " of this type has either its \"values\" or the name of an \"enum\" that is shared");
+            what + R"( of this type has either its "values" or the name of an "enum" that is shared)");
         return;
     }
     if (item.mValues.mIsGiven) {

@@ -41,13 +41,13 @@ bool CLayoutSettler::FindLayout(Item & item)
         if (item.mLayout != nullptr && !item.mLayout->mFields.empty())
             return true;
         mFindings.Error(
-            item.mPlace, "\"field\" is missing: a struct has one field at least, or is a shared \"struct\"");
+            item.mPlace, R"("field" is missing: a struct has one field at least, or is a shared "struct")");
         item.mLayout = std::make_shared<Layout>();
         return false;
     }
     if (item.mLayout != nullptr)
         mFindings.Error(item.mStructName.mPlace,
-            "\"struct\" names a shared struct, which has fields, \"bits\" and \"little_endian\" of its own");
+            R"("struct" names a shared struct, which has fields, "bits" and "little_endian" of its own)");
     const auto found = mStructs.find(item.mStructName.mValue);
     if (found == mStructs.end() && mIsWhole)
         mFindings.Error(item.mStructName.mPlace, "unknown struct " + Quoted(item.mStructName.mValue) +

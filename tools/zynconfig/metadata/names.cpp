@@ -10,7 +10,7 @@ namespace zynconfig::metadata {
 namespace {
 
 constexpr char NAME_FORM[] =
-    " is no name; expected a letter and then letters, digits, \"_\" or \"-\", as names stand in command lines";
+    R"( is no name; expected a letter and then letters, digits, "_" or "-", as names stand in command lines)";
 
 void CheckSystem(const Source & source, CFindings & findings)
 {
@@ -146,7 +146,7 @@ void CheckEnumerators(const Enumerators & enumerators, CFindings & findings)
         if (!IsEnumeratorName(each.mName))
             findings.Error(
                 each.mPlace, Quoted(each.mName) +
-                                 " is no name; expected letters, digits, \"_\" or \"-\", and not digits alone");
+                                 R"( is no name; expected letters, digits, "_" or "-", and not digits alone)");
         names.Add(each.mName, "the enumerator " + Quoted(each.mName), each.mPlace);
         numbers.Add(
             std::to_string(each.mNumber), "the number " + std::to_string(each.mNumber), each.mNumberPlace);

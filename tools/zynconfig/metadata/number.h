@@ -12,8 +12,9 @@ class CNumber
 {
 public:
     constexpr CNumber() = default;
-    constexpr CNumber(
-        std::int64_t value)   // NOLINT(google-explicit-constructor): every such number is one of these
+
+    /// Implicit: every such number is one of these.
+    constexpr CNumber(std::int64_t value)   // NOLINT(google-explicit-constructor)
         : mIsNegative(value < 0)
         , mBits(static_cast<std::uint64_t>(value))
     {}

@@ -213,7 +213,7 @@ std::vector<const Field *> LeavesOf(const CStructRecords & records)
 std::string Pack(const CStructRecords & records, const LeafValues & values, std::string & error)
 {
     CComplexPayload tree(PAYLOAD_COMPLEX);
-    NextLeaf next = values.begin();
+    auto next = values.begin();
     FillStruct(records, records.Struct(), tree, next);
 
     CStructCodec codec;
@@ -243,7 +243,7 @@ std::vector<std::string> Unpack(const CStructRecords & records, const std::strin
 std::vector<std::string> TextsOf(const CStructRecords & records, const LeafValues & values)
 {
     CComplexPayload tree(PAYLOAD_COMPLEX);
-    NextLeaf next = values.begin();
+    auto next = values.begin();
     FillStruct(records, records.Struct(), tree, next);
     std::vector<std::string> texts;
     CollectTexts(records, records.Struct(), &tree, texts);

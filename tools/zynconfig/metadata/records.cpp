@@ -44,9 +44,8 @@ std::unique_ptr<CMetadata> MakeRecord(const Item & item, int uid, std::uint32_t 
 }
 
 CStructRecords::CStructRecords(const Key & key)
+    : mStruct(&AddStruct(*key.mLayout, key.mOctets.mValue, AddRecord(key, key.mId.mValue, key.mIndices.size())))
 {
-    mRecords.push_back(MakeRecord(key, 0, static_cast<std::uint32_t>(key.mId.mValue), key.mIndices.size()));
-    mStruct = &AddStruct(*key.mLayout, key.mOctets.mValue, *mRecords.front());
     mStruct->OrderFieldsForTargetArchitecture();
 }
 
@@ -65,10 +64,15 @@ CMetadataDetailStruct & CStructRecords::AddStruct(const Layout & layout, bool is
     return added;
 }
 
+CMetadata & CStructRecords::AddRecord(const Item & item, std::int64_t psId, std::size_t indexCount)
+{
+    mRecords.push_back(MakeRecord(item, 0, static_cast<std::uint32_t>(psId), indexCount));
+    return *mRecords.back();
+}
+
 void CStructRecords::AddField(const Field & field, CMetadataDetailStruct & detail)
 {
-    mRecords.push_back(MakeRecord(field, 0, 0, 0));
-    CMetadata & record = *mRecords.back();
+    CMetadata & record = AddRecord(field, 0, 0);
     mFields.emplace(&record, &field);
     if (field.KindOf() == Kind::Structure)
         AddStruct(*field.mLayout, false, record);

@@ -33,6 +33,7 @@ public:
 
 private:
     CMetadataDetailStruct & AddStruct(const Layout & layout, bool isOctets, CMetadata & record);
+    CMetadata & AddRecord(const Item & item, std::int64_t psId, std::size_t indexCount);
     void AddField(const Field & field, CMetadataDetailStruct & detail);
 
     std::vector<std::unique_ptr<CMetadata>>

@@ -69,7 +69,7 @@ private:
     {
         if (index.mRange.mIsGiven == index.mValues.mIsGiven) {
             mFindings.Error(
-                index.mPlace, "an index has either a \"range\" of numbers or enumerators as \"values\"");
+                index.mPlace, R"(an index has either a "range" of numbers or enumerators as "values")");
             return;
         }
         CheckEnumerators(index.mValues.mValue, mFindings);

@@ -47,7 +47,7 @@ public:
         for (const std::string & each : names)
             given.erase(each);
         for (const Value::Member & member : *members)
-            if (given.count(member.mName) != 0)
+            if (given.contains(member.mName))
                 mFindings.Error(
                     member.mNamePlace, "unknown field " + Quoted(member.mName) + Advice(member.mName, names));
     }
