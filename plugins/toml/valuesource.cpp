@@ -11,6 +11,19 @@
 
 namespace tomlconfig {
 
+namespace {
+
+std::vector<std::string> LabelsOf(const CTableIndex & index)
+{
+    std::vector<std::string> labels;
+    labels.reserve(index.EnumCount());
+    for (const auto & [label, number] : index.Enums())
+        labels.push_back(label);
+    return labels;
+}
+
+}   // namespace
+
 CValueSource::CValueSource(CFindings & findings, bool checks)
     : mFindings(findings)
     , mValues(findings)
@@ -244,12 +257,9 @@ std::optional<std::int64_t> CValueSource::NamedIndex(const toml::node & node, co
     const auto found = enumerators.find(name);
     if (found != enumerators.end() && IsIndexAllowed(node, found->second))
         return found->second;
-    std::vector<std::string> known;
-    for (const auto & [label, number] : enumerators)
-        known.push_back(label);
     if (found == enumerators.end())
-        mFindings.Add(node,
-            Quoted(mIndexLabel) + ": unknown " + mIndex->Name() + ' ' + Quoted(name) + Advice(name, known));
+        mFindings.Add(node, Quoted(mIndexLabel) + ": unknown " + mIndex->Name() + ' ' + Quoted(name) +
+                                Advice(name, LabelsOf(*mIndex)));
     return std::nullopt;
 }
 
@@ -271,11 +281,8 @@ bool CValueSource::IsIndexAllowed(const toml::node & node, std::int64_t number)
     }
     if (!mChecks || !isEnumerated || !mIndex->EnumLabel(static_cast<std::int32_t>(number)).empty())
         return true;
-    std::vector<std::string> known;
-    for (const auto & [label, value] : mIndex->Enums())
-        known.push_back(label);
     mFindings.Add(node, Quoted(mIndexLabel) + ": no " + mIndex->Name() + " has the number " +
-                            std::to_string(number) + Expected(known));
+                            std::to_string(number) + Expected(LabelsOf(*mIndex)));
     return false;
 }
 
