@@ -1,5 +1,6 @@
 #include "reader.h"
 
+#include "chunk.h"
 #include "imagefile.h"
 
 #include <configtools/context.h>
@@ -8,7 +9,9 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <set>
+#include <tuple>
 
 namespace imageconfig {
 
@@ -26,6 +29,31 @@ bool MakesLayer(const Store & store)
 {
     return store.mNumber.value_or(0) != 0 && std::find(DEVICES_WITH_LAYERS.begin(), DEVICES_WITH_LAYERS.end(),
                                                  store.mDevice.value_or(-1)) != DEVICES_WITH_LAYERS.end();
+}
+
+bool OnlyOneOfTwoCounts(IConfigContext & context)
+{
+    return context.TagMatches(keywords::TAG_INSERT_MODE, keywords::INSERT_OVERWRITE) ||
+           context.TagMatches(keywords::TAG_INSERT_MODE, keywords::INSERT_NEW);
+}
+
+/// The keys that a subsystem has in one store already.
+std::vector<std::string> RepeatedKeys(const Content & content)
+{
+    std::set<std::tuple<std::optional<int>, std::optional<int>, std::optional<int>, std::uint32_t,
+        std::vector<std::uint32_t>>>
+        known;
+    std::vector<std::string> repeated;
+    for (const Subsystem & subsystem : content.mSubsystems) {
+        const SubsystemPlace & place = subsystem.mPlace;
+        for (const Key & key : subsystem.mKeys) {
+            const std::uint32_t id = key.mElement->PsId();
+            if (!known.emplace(place.mType, place.mDevice, place.mStore, id, key.mIndices).second)
+                repeated.push_back(StoreName(place.mDevice, place.mStore) + ", " +
+                                   KeyName(id, key.mIndices, key.mElement->Name()));
+        }
+    }
+    return repeated;
 }
 
 }   // namespace
@@ -88,7 +116,7 @@ void CImageReader::ReadAndDeliver(IConfigContext & context)
     if (!findings.IsEmpty())
         return ReportError(findings.Text(mPath));
 
-    WarnOf(content);
+    WarnOf(content, context);
     mShelf.Keep(*image);
     Deliver(content, *base);
 }
@@ -103,17 +131,18 @@ void CImageReader::CheckStores(const Image & image, CFindings & findings) const
                      std::to_string(MAX_LAYERS));
 }
 
-void CImageReader::WarnOf(const Content & content) const
+void CImageReader::WarnOf(const Content & content, IConfigContext & context) const
 {
-    constexpr std::size_t MAX_NAMED = 10;
-    const std::vector<std::string> & keys = content.mUnknownKeys;
-    if (keys.empty())
-        return;
-    std::string text = mPath + ": the metadata don't know " + std::to_string(keys.size()) +
-                       (keys.size() == 1 ? " key, which comes raw: " : " keys, which come raw: ");
-    for (std::size_t place = 0; place < std::min(keys.size(), MAX_NAMED); ++place)
-        text += (place == 0 ? "" : "; ") + keys[place];
-    ReportWarning(keys.size() > MAX_NAMED ? text + "; ..." : text);
+    const std::vector<std::string> & unknown = content.mUnknownKeys;
+    if (!unknown.empty())
+        ReportWarning(mPath + ": the metadata don't know " + std::to_string(unknown.size()) +
+                      (unknown.size() == 1 ? " key, which comes raw: " : " keys, which come raw: ") +
+                      Listed(unknown, "; "));
+    // Without an insert mode all of them are kept; otherwise one is lost.
+    const auto repeated = OnlyOneOfTwoCounts(context) ? RepeatedKeys(content) : std::vector<std::string>();
+    if (!repeated.empty())
+        ReportWarning(
+            mPath + ": of keys that are there more than once only one counts: " + Listed(repeated, "; "));
 }
 
 void CImageReader::Deliver(Content & content, IConfigContext & context)

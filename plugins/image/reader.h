@@ -38,7 +38,7 @@ private:
     void ReadAndDeliver(IConfigContext & context);
     bool CheckContext(IConfigContext & context) const;
     void CheckStores(const Image & image, CFindings & findings) const;
-    void WarnOf(const Content & content) const;
+    void WarnOf(const Content & content, IConfigContext & context) const;
     void Deliver(Content & content, IConfigContext & context);
     void DeliverSubsystem(Subsystem & subsystem, IConfigContext & context);
 

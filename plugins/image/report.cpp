@@ -2,6 +2,8 @@
 
 #include <messages/messages.h>
 
+#include <algorithm>
+
 namespace imageconfig {
 
 using namespace VrexZynConfigTools;
@@ -9,6 +11,7 @@ using namespace VrexZynConfigTools;
 namespace {
 
 constexpr std::size_t MAX_FINDINGS = 100;
+constexpr std::size_t MAX_LISTED = 10;
 
 CMessageHandler & Handler(GroupEnum group = GROUP_FRAMEWORK)
 {
@@ -33,6 +36,14 @@ void ReportError(const std::string & text)
 void ReportWarning(const std::string & text)
 {
     Handler().NotifyStatus(STATUS_WARNING, text);
+}
+
+std::string Listed(const std::vector<std::string> & texts, const std::string & separator)
+{
+    std::string list;
+    for (std::size_t place = 0; place < std::min(texts.size(), MAX_LISTED); ++place)
+        list += (place == 0 ? "" : separator) + texts[place];
+    return texts.size() > MAX_LISTED ? list + separator + "..." : list;
 }
 
 std::optional<std::string> TakeError()

@@ -19,6 +19,9 @@ void ReportError(const std::string & text);
 /// A status message; no error.
 void ReportWarning(const std::string & text);
 
+/// The first ten texts, and "..." in place of further ones.
+std::string Listed(const std::vector<std::string> & texts, const std::string & separator);
+
 /// The error that stands in the framework's group, or none; afterwards none stands there or in that of outer readers.
 std::optional<std::string> TakeError();
 

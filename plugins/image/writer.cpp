@@ -263,15 +263,10 @@ void CImageWriter::SettleSizes()
 
 void CImageWriter::WarnOfLosses() const
 {
-    constexpr std::size_t MAX_NAMED = 10;
-    if (mLosses.empty())
-        return;
-    std::string text = mPath + ": name and type of " + std::to_string(mLosses.size()) +
-                       (mLosses.size() == 1 ? " key are" : " keys are") +
-                       " not in the image, as no metadata describe them: ";
-    for (std::size_t place = 0; place < std::min(mLosses.size(), MAX_NAMED); ++place)
-        text += (place == 0 ? "" : ", ") + mLosses[place];
-    ReportWarning(mLosses.size() > MAX_NAMED ? text + ", ..." : text);
+    if (!mLosses.empty())
+        ReportWarning(mPath + ": name and type of " + std::to_string(mLosses.size()) +
+                      (mLosses.size() == 1 ? " key are" : " keys are") +
+                      " not in the image, as no metadata describe them: " + Listed(mLosses, ", "));
 }
 
 }   // namespace imageconfig

@@ -114,6 +114,20 @@ TEST_F(ImageReading, gives_keys_raw_that_the_metadata_do_not_know_and_says_so)
         (Lines{ mPath + ": the metadata don't know 1 key, which comes raw: store 1 of eeprom, key 99" }));
 }
 
+TEST_F(ImageReading, warns_of_keys_there_twice_where_only_one_of_them_counts)
+{
+    const std::string key = AKey(5, Bytes(1, 2));
+    const std::string image = AnImage(2, AStore(3) + AChunk(1, key) + AChunk(2, AKey(6, "ab")) +
+                                             AChunk(3, key) + AStore(1, 1, 2) + AChunk(1, key));
+    const StatusLog log;
+    EXPECT_EQ(LinesOf(image, "", &mProvider).size(), 6U);
+    EXPECT_EQ(log.mTexts, Lines());
+    for (const std::string mode : { "new", "overwrite" })
+        EXPECT_EQ(LinesOf(image, "insertmode=" + mode, &mProvider).size(), 5U);
+    EXPECT_EQ(log.mTexts, Lines(2, mPath + ": of keys that are there more than once only one counts: "
+                                           "store 1 of eeprom, key 5 (Nuint8)"));
+}
+
 TEST_F(ImageReading, asks_for_records_in_the_subsystem_of_the_key)
 {
     const std::string image = AnImage(1, AStore(1) + AChunk(1, Bytes(2, 4) + Bytes(5, 4) + Bytes(0, 2) + "ab"));
