@@ -56,7 +56,7 @@ public:
     {
         const std::uint64_t index = position / BITS;
         std::uint64_t gathered = Word(index);
-        for (std::uint32_t ahead = 1; ahead * BITS < size; ++ahead) {
+        for (std::uint32_t ahead = 1; ahead < WORDS_OF_NUMBER && ahead * BITS < size; ++ahead) {
             const std::uint64_t word = Word(littleEndian ? index + ahead : index - ahead);
             gathered |= word << (ahead * BITS);
         }
@@ -112,6 +112,7 @@ private:
     }
 
     static constexpr std::uint32_t BITS = CStructCodec::BITS_IN_UINT16;
+    static constexpr std::uint32_t WORDS_OF_NUMBER = 64 / BITS;   // at most
 
     std::uint16_t * mWords;
     std::uint64_t mCount;

@@ -47,7 +47,7 @@ void PutOnFullShelf(Shelf & shelf, void * memory) noexcept
 {
     if (shelf.mBlocks == nullptr && !isClosed)
         Open(shelf);
-    if (shelf.mCount < shelf.mPlaces)
+    if (shelf.mBlocks != nullptr && shelf.mCount < shelf.mPlaces)
         shelf.mBlocks[shelf.mCount++] = memory;
     else
         ::operator delete(memory);
