@@ -53,6 +53,7 @@ bool IsOfNameCharacters(std::string_view text)
 std::vector<std::string> MakeTypeWords()
 {
     std::vector<std::string> words;
+    words.reserve(TYPES.size());
     for (const TypeWord & type : TYPES)
         words.emplace_back(type.mWord);
     return words;
