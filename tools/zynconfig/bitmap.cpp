@@ -143,7 +143,7 @@ private:
             const std::string number = std::to_string(bit);
             const std::size_t spare = std::max(mCell - 1, number.size()) - number.size();
             const std::size_t column = mMargin + 1 + static_cast<std::size_t>(WORD_BITS - 1 - bit) * mCell;
-            text = Padded(text, column + spare / 2) + number;
+            text.append(column + spare / 2 - text.size(), ' ').append(number);
         }
         return text;
     }
