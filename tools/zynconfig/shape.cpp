@@ -24,6 +24,7 @@ template <typename EnumsT>
 std::vector<NamedNumber> Sorted(const EnumsT & enums)
 {
     std::vector<NamedNumber> enumerators;
+    enumerators.reserve(enums.size());
     for (const auto & [name, number] : enums)
         enumerators.push_back({ name, number });
     std::stable_sort(enumerators.begin(), enumerators.end(),
