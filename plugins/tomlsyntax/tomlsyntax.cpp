@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <vector>
 
 namespace tomlsyntax {
 
@@ -12,7 +13,10 @@ using namespace VrexZynConfigTools;
 
 namespace {
 
-constexpr std::size_t MAX_DOTS = 1000;   // in one statement; this format needs one
+constexpr std::size_t MAX_DOTS = 1000;   // on the way to one value; these formats need a few
+
+
+constexpr std::size_t MAX_OPEN = 1000;   // brackets in brackets; toml++ stops before these
 
 // Follows the text so far as to tell keys from strings and comments.
 class CStatementScan
@@ -24,7 +28,7 @@ public:
 
     std::optional<toml::source_position> FirstOverlong()
     {
-        while (mPosition < mText.size()) {
+        while (mPosition < mText.size() && mOuterDots.size() < MAX_OPEN) {
             const char character = mText[mPosition];
             if (character == '"' || character == '\'')
                 SkipString(character);
@@ -42,14 +46,22 @@ private:
     void Plain(char character)
     {
         if (character == '[' || character == '{')
-            ++mOpen;
-        else if ((character == ']' || character == '}') && mOpen > 0)
-            --mOpen;
+            mOuterDots.push_back(mDots);
+        else if (character == ']' || character == '}')
+            Close();
         else if (character == '.')
             ++mDots;
-        else if (character == '\n' && mOpen == 0)
-            mDots = 0;   // the next statement begins
+        else if (character == ',' || (character == '\n' && mOuterDots.empty()))
+            mDots = mOuterDots.empty() ? 0 : mOuterDots.back();   // the next item or statement begins
         Advance();
+    }
+
+    void Close()
+    {
+        if (mOuterDots.empty())
+            return;   // which the parser will tell
+        mDots = mOuterDots.back();
+        mOuterDots.pop_back();
     }
 
     void SkipString(char quote)
@@ -85,8 +97,8 @@ private:
 
     std::string_view mText;
     std::size_t mPosition = 0;
-    std::size_t mOpen = 0;   // brackets and braces
-    std::size_t mDots = 0;   // in the statement so far
+    std::vector<std::size_t> mOuterDots;   // of each bracket or brace that is open, those before it
+    std::size_t mDots = 0;   // on the way to what stands here, since the tables of all of them nest
     toml::source_index mLine = 1;
 };
 

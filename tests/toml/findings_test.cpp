@@ -328,6 +328,20 @@ TEST_F(AllFindings, stop_keys_of_very_many_parts)
     EXPECT_EQ(ErrorOf("x = \"\"\"\\\"\"\"\"\"\na" + parts + " = 1"), "2:1: " + tooMany);
 }
 
+// The tables of a key and of a key in its value nest.
+TEST_F(AllFindings, count_the_parts_of_a_key_by_what_it_stands_in)
+{
+    const std::string parts = Repeated(".a", 600);
+    const std::string tooMany = "a key of more than 1000 parts; expected two at most";
+    EXPECT_EQ(
+        ErrorOf("x = [{ a" + parts + " = { b = [1.5, 2, { c" + parts + " = 1 }] } }]"), "1:1: " + tooMany);
+    const std::string siblings = "{ a" + parts + " = 1, b" + parts + " = 1 }";
+    EXPECT_THAT(ErrorOf("chip = ''\nx = [" + siblings + ", [" + siblings + "], " + siblings + "]"),
+        ::testing::StartsWith("2:1: unknown field \"x\""));
+    EXPECT_THAT(ErrorOf("chip = ''\nx = [" + Repeated("{ a.b = 1.5 },\n", 3000) + "]"),
+        ::testing::StartsWith("2:1: unknown field \"x\""));
+}
+
 TEST_F(AllFindings, do_not_take_dots_in_texts_and_comments_for_keys)
 {
     const std::string dots(5000, '.');
