@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::size_t MAX_DOTS = 1000;   // on the way to one value; these formats need a few
 
+constexpr std::size_t MAX_BYTES = std::size_t{ 64 } << 20;   // of a file; its tree takes several times as many
 
 constexpr std::size_t MAX_OPEN = 1000;   // brackets in brackets; toml++ stops before these
 
@@ -123,10 +124,15 @@ std::optional<std::string> ReadFile(const std::string & path, std::string & erro
     }
     std::string content;
     char block[1 << 14];
-    while (file.read(block, sizeof block), file.gcount() > 0)
+    while (content.size() <= MAX_BYTES && (file.read(block, sizeof block), file.gcount() > 0))
         content.append(block, static_cast<std::size_t>(file.gcount()));
     if (file.bad()) {   // a directory, among others
         error = path + ": " + keywords::ERROR_READING_FILE + " (" + std::strerror(errno) + ')';
+        return std::nullopt;
+    }
+    if (content.size() > MAX_BYTES) {
+        error = path + ": " + keywords::ERROR_READING_FILE + " (it has more than " +
+                std::to_string(MAX_BYTES >> 20) + " MiB)";
         return std::nullopt;
     }
     return content;

@@ -306,6 +306,12 @@ std::string Repeated(const std::string & text, std::size_t count)
     return all;
 }
 
+TEST_F(AllFindings, stop_a_file_without_an_end)
+{
+    EXPECT_FALSE(ReadChip().Read("/dev/zero"));
+    EXPECT_EQ(mErrors.Text(), "/dev/zero: error reading the file (it has more than 64 MiB)");
+}
+
 TEST_F(AllFindings, stop_structures_that_nest_too_deep)
 {
     const auto nested = [](std::size_t depth) {
