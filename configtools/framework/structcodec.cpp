@@ -54,10 +54,12 @@ bool LiesBelowItsPosition(const CStructField & field, bool littleEndian)
            metadata->MetadataType() == METADATA_SIMPLE && !metadata->IsArray();
 }
 
-/// What is allocated for the words. Those of most structs fit into the memory of a payload.
+/// What is allocated for the words. Those of most structs fit into the memory of a payload; where there is no such
+/// memory, under a sanitizer, they get no more than they need, so that it sees every step past them.
 std::size_t BytesFor(std::uint64_t words)
 {
-    return std::max(words * sizeof(std::uint16_t), payloadmemory::SMALL_BLOCK);
+    const std::size_t bytes = words * sizeof(std::uint16_t);
+    return ZYN_PAYLOAD_SHELVES != 0 ? std::max(bytes, payloadmemory::SMALL_BLOCK) : bytes;
 }
 
 }   // namespace
