@@ -5,11 +5,11 @@
 #include "defaults.h"
 #include "elementbuilder.h"
 #include "fileheader.h"
-#include "nearestname.h"
 #include "report.h"
 #include "soundness.h"
 
 #include <configtools/keywords.h>
+#include <nearestname/nearestname.h>
 #include <readcontexts/contexts.h>
 
 #include <optional>
@@ -169,7 +169,7 @@ const std::vector<IChipInfo *> & CSqliteMetadataProvider::Chips(IConfigContext &
 
 std::string CSqliteMetadataProvider::NearestName(const std::string & name, IConfigContext & context)
 {
-    CNearestName nearest(name);
+    nearestname::CNearestName nearest(name);
     const bool isAnswered = Ask([&](Repository & repository) {
         for (const Subsystem * const subsystem : repository.mCatalogue.SelectedSubsystems(context))
             for (const std::string & candidate : repository.mRecords.NamesOf(subsystem->mId))

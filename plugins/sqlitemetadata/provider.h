@@ -42,7 +42,7 @@ public:
     const std::vector<VrexZynConfigTools::IChipInfo *> & Chips(
         VrexZynConfigTools::IConfigContext & context) override;
 
-    /// nearestname.h says what is like a name and what isn't.
+    /// nearestname/nearestname.h says what is like a name and what isn't.
     std::string NearestName(const std::string & name, VrexZynConfigTools::IConfigContext & context) override;
 
     bool Check() override;

@@ -2,8 +2,9 @@
 
 #include "vocabulary.h"
 
+#include <nearestname/nearestname.h>
+
 #include <algorithm>
-#include <numeric>
 
 namespace tomlconfig {
 
@@ -23,50 +24,6 @@ std::string Printable(std::string_view text)
             printable += "\\x" + HexText(std::string_view(&character, 1), "");
     }
     return printable;
-}
-
-std::string Lowered(std::string text)
-{
-    for (char & character : text)
-        if (character >= 'A' && character <= 'Z')
-            character = static_cast<char>(character - 'A' + 'a');
-    return text;
-}
-
-// The least number of letters to insert, remove, change or swap with their neighbour that turns one word into the other.
-std::size_t DistanceOf(const std::string & left, const std::string & right)
-{
-    std::vector<std::vector<std::size_t>> rows(left.size() + 1, std::vector<std::size_t>(right.size() + 1));
-    std::iota(rows[0].begin(), rows[0].end(), std::size_t{ 0 });
-    for (std::size_t i = 1; i <= left.size(); ++i) {
-        rows[i][0] = i;
-        for (std::size_t j = 1; j <= right.size(); ++j) {
-            const std::size_t change = left[i - 1] == right[j - 1] ? 0 : 1;
-            rows[i][j] = std::min({ rows[i - 1][j - 1] + change, rows[i][j - 1] + 1, rows[i - 1][j] + 1 });
-            if (i > 1 && j > 1 && left[i - 1] == right[j - 2] && left[i - 2] == right[j - 1])
-                rows[i][j] = std::min(rows[i][j], rows[i - 2][j - 2] + 1);
-        }
-    }
-    return rows[left.size()][right.size()];
-}
-
-std::string Nearest(const std::string & word, const std::vector<std::string> & known)
-{
-    constexpr std::size_t LONGEST = 64;   // hardly any name is longer
-    if (word.size() > LONGEST)
-        return "";
-    std::string nearest;
-    std::size_t best = std::max<std::size_t>(1, word.size() / 3) + 1;
-    for (const std::string & candidate : known) {
-        if (candidate.size() > LONGEST)
-            continue;
-        const std::size_t distance = DistanceOf(Lowered(word), Lowered(candidate));
-        if (distance < best) {
-            best = distance;
-            nearest = candidate;
-        }
-    }
-    return nearest;
 }
 
 }   // namespace
@@ -165,7 +122,7 @@ std::string Expected(const std::vector<std::string> & known)
 
 std::string Advice(const std::string & word, const std::vector<std::string> & known)
 {
-    const std::string nearest = Nearest(word, known);
+    const std::string nearest = nearestname::Nearest(word, known);
     if (!nearest.empty())
         return "; did you mean " + Quoted(nearest) + '?';
     return Expected(known);

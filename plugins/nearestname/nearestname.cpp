@@ -1,10 +1,10 @@
-#include "nearestname.h"
+#include <nearestname/nearestname.h>
 
 #include <algorithm>
 #include <numeric>
 #include <utility>
 
-namespace sqlitemetadata {
+namespace nearestname {
 
 namespace {
 
@@ -65,4 +65,12 @@ std::size_t CNearestName::DistanceTo(const std::string & candidate)
     return last[mName.size()];
 }
 
-}   // namespace sqlitemetadata
+std::string Nearest(const std::string & name, const std::vector<std::string> & known)
+{
+    CNearestName nearest(name);
+    for (const std::string & candidate : known)
+        nearest.Look(candidate);
+    return nearest.Result();
+}
+
+}   // namespace nearestname

@@ -1,13 +1,13 @@
 /// The guess at what a misspelt name was to be.
 
-#ifndef SQLITEMETADATA_NEARESTNAME_H
-#define SQLITEMETADATA_NEARESTNAME_H
+#ifndef NEARESTNAME_NEARESTNAME_H
+#define NEARESTNAME_NEARESTNAME_H
 
 #include <cstddef>
 #include <string>
 #include <vector>
 
-namespace sqlitemetadata {
+namespace nearestname {
 
 /// Keeps the name most like a given one. Names differ by the letters to insert, to remove, to change or to swap with
 /// their neighbour; case doesn't count. A name that differs by more than a third of the given one's letters is not
@@ -30,6 +30,9 @@ private:
     std::vector<std::size_t> mRows[3];   // of the table of distances: the current one and the two before
 };
 
-}   // namespace sqlitemetadata
+/// That of `known` which is most like `name`; empty if none is like it.
+std::string Nearest(const std::string & name, const std::vector<std::string> & known);
+
+}   // namespace nearestname
 
 #endif
