@@ -78,11 +78,12 @@ const std::vector<const CStructField *> & FieldsOf(CMetadataDetailStruct & detai
     return fields != nullptr ? *fields : NONE;
 }
 
-const IMetadata * RecordOf(const CStructField & field)
+const IMetadata * RecordOf(const CStructField * field)
 {
-    if (field.Metadata() == nullptr)
+    const IMetadata * const record = field != nullptr ? field->Metadata() : nullptr;
+    if (record == nullptr)
         SetLayoutError("a struct field has no metadata");
-    return field.Metadata();
+    return record;
 }
 
 CMetadataDetailStruct * NestedLayout(const IMetadata & metadata)
@@ -97,6 +98,8 @@ std::uint64_t SizeInBits(CMetadataDetailStruct & detail)
 {
     std::uint64_t size = 0;
     for (const CStructField * const field : structcodec::FieldsOf(detail)) {
+        if (field == nullptr)
+            continue;   // a hole in the list of a plug-in's class
         const std::int64_t width = LiesBelowItsPosition(*field, detail.IsLittleEndian())
                                        ? int{ CStructCodec::BITS_IN_UINT16 }
                                        : field->ElemBitWidth();

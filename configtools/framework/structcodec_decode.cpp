@@ -160,13 +160,15 @@ void CStructCodec::DoDecode(std::uint32_t base, CMetadataDetailStruct & detail, 
         return structcodec::SetLayoutError("the metadata nests structs too deep");
 
     for (const CStructField * const field : structcodec::FieldsOf(detail)) {
-        const std::uint32_t position = base + static_cast<std::uint32_t>(field->ElemLsbBitPos());
-        const IMetadata * const metadata = structcodec::RecordOf(*field);
+        const IMetadata * const metadata = structcodec::RecordOf(field);
         if (!CountPayload())
             return;
-        if (metadata == nullptr)
+        if (metadata == nullptr) {
             out->AddField(new CInt64Payload(0));   // payloads and fields stay in step
-        else if (metadata->MetadataType() == METADATA_STRUCT)
+            continue;
+        }
+        const std::uint32_t position = base + static_cast<std::uint32_t>(field->ElemLsbBitPos());
+        if (metadata->MetadataType() == METADATA_STRUCT)
             DecodeStructField(position, *field, *out);
         else if (metadata->IsArray())
             DecodeArrayField(position, *field, *out, detail.IsLittleEndian());

@@ -63,11 +63,11 @@ void CStructCodec::DoEncode(std::uint32_t base, CComplexPayload & payload, CMeta
     const std::vector<const CStructField *> & fields = structcodec::FieldsOf(detail);
     const std::vector<IPayload *> & values = payload.GetFields();
     for (std::size_t index = 0; index < std::min(values.size(), fields.size()); ++index) {
-        const CStructField & field = *fields[index];
-        const std::uint32_t position = base + static_cast<std::uint32_t>(field.ElemLsbBitPos());
-        const IMetadata * const metadata = structcodec::RecordOf(field);
+        const IMetadata * const metadata = structcodec::RecordOf(fields[index]);
         if (metadata == nullptr || values[index] == nullptr)
             continue;
+        const CStructField & field = *fields[index];
+        const std::uint32_t position = base + static_cast<std::uint32_t>(field.ElemLsbBitPos());
         if (metadata->MetadataType() == METADATA_STRUCT)
             EncodeStructField(position, field, *values[index]);
         else

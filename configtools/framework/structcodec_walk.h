@@ -58,11 +58,11 @@ namespace structcodec {
 /// Leaves an error about the metadata of a struct.
 void SetLayoutError(const std::string & text);
 
-/// The fields of a struct; none where a class of a plug-in tells of no list.
+/// The fields of a struct; none where a class of a plug-in tells of no list. Such a list may have holes, too: null.
 const std::vector<const CStructField *> & FieldsOf(CMetadataDetailStruct & detail);
 
-/// The field's record; null, with an error, for a field without one.
-const IMetadata * RecordOf(const CStructField & field);
+/// The field's record; null, with an error, for a field without one and for a hole in the list.
+const IMetadata * RecordOf(const CStructField * field);
 
 /// The layout of a field that is a struct; null, with an error, if its record has none.
 CMetadataDetailStruct * NestedLayout(const IMetadata & metadata);

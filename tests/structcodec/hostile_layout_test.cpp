@@ -374,5 +374,44 @@ TEST_F(HostileLayout, a_struct_without_a_list_of_fields_is_empty)
     EXPECT_EQ(mErrors.Text(), "");
 }
 
+/// A byte on either side of a hole.
+class StructWithHole : public CMetadataDetailStruct
+{
+public:
+    explicit StructWithHole(const CMetadata & record)
+        : CMetadataDetailStruct(record, true, false)
+        , mByte(ANumber("uint8").Build())
+        , mLow(mByte.get(), 0, 8)
+        , mHigh(mByte.get(), 8, 8)
+    {}
+    const std::vector<const CStructField *> * GetStructFields() override { return &mList; }
+
+private:
+    std::unique_ptr<CMetadata> mByte;
+    CStructField mLow;
+    CStructField mHigh;
+    const std::vector<const CStructField *> mList{ &mLow, nullptr, &mHigh };
+};
+
+TEST_F(HostileLayout, a_hole_in_a_list_of_fields_is_an_error_and_keeps_its_place)
+{
+    const auto record = ARecord(0).Shaped(METADATA_STRUCT).Build();
+    auto * const detail = new StructWithHole(*record);
+    record->SetDetails(*detail);
+    CStructCodec codec;
+    codec.Encode(*ATree(new CUint8Payload(1), new CUint8Payload(2), new CUint8Payload(3)), *detail);
+    EXPECT_EQ(mErrors.Text(), "a struct field has no metadata");
+    mErrors.Clear();
+    EXPECT_THAT(WordsOf(codec), ElementsAre(0x0301));
+
+    ScriptedSource source;
+    source.Number(0x0301);
+    const auto out = ATree();
+    bool more = false;
+    EXPECT_TRUE(codec.Decode(source, *detail, out.get(), more));
+    EXPECT_EQ(mErrors.Text(), "a struct field has no metadata");
+    EXPECT_EQ(TextOf(*out), "9:(4:1 3:0 4:3)");
+}
+
 }   // namespace
 }   // namespace VrexZynConfigTools
