@@ -130,7 +130,7 @@ bool CStructCodec::ReadWords(IElementFactorySource & source)
         if (ZYN_HANDLER("VrexZynConfigTools::CStructCodec::Decode").IsErrorSet(GROUP_OUTER_READER, true))
             more = false;
         else
-            mpWords[index] = static_cast<std::uint16_t>(value);
+            Words().SetWord(index, static_cast<std::uint16_t>(value));   // a source may have used this codec
     }
     return more;
 }

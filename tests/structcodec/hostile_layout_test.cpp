@@ -413,5 +413,40 @@ TEST_F(HostileLayout, a_hole_in_a_list_of_fields_is_an_error_and_keeps_its_place
     EXPECT_EQ(TextOf(*out), "9:(4:1 3:0 4:3)");
 }
 
+/// Uses the codec for a smaller struct while it asks.
+class UsingSource : public IElementFactorySource
+{
+public:
+    UsingSource(CStructCodec & codec, CMetadataDetailStruct & smaller)
+        : mCodec(codec)
+        , mSmaller(smaller)
+    {}
+    bool NextInt(const std::string & /*typeName*/, std::uint64_t & value, std::uint16_t * /*index*/) override
+    {
+        mCodec.Encode(*ATree(), mSmaller);
+        value = 7;
+        return true;
+    }
+    bool NextString(std::string & /*value*/, std::uint16_t * /*index*/) override { return false; }
+    bool NextEnum(std::uint64_t & /*value*/, std::uint16_t * /*index*/) override { return false; }
+
+private:
+    CStructCodec & mCodec;
+    CMetadataDetailStruct & mSmaller;
+};
+
+TEST_F(HostileLayout, a_source_that_uses_the_codec_itself_does_no_harm)
+{
+    Layout empty(LITTLE_ENDIAN_TARGET);
+    Layout layout(LITTLE_ENDIAN_TARGET);
+    layout.Field(0, 16, ANumber("uint16")).Field(16, 16, ANumber("uint16"));
+    CStructCodec codec;
+    UsingSource source(codec, empty.Detail());
+    const auto out = ATree();
+    bool more = false;
+    EXPECT_TRUE(codec.Decode(source, layout.Detail(), out.get(), more));
+    EXPECT_EQ(TextOf(*out), "9:(5:0 5:0)") << "its words are gone";
+}
+
 }   // namespace
 }   // namespace VrexZynConfigTools
