@@ -39,8 +39,8 @@ class IPayload;
 class CONFIGTOOLS_EXPORT CElementFactory : public IMetadataInspectorObserver
 {
 public:
-    /// Source (never null), context and codec stay the caller's and must outlive the factory; null for the codec reads field by
-    /// field. If the source is an `IMetadataLayoutInspectorObserver` too, it is told the structure of each key.
+    /// Source (never null), context and codec stay the caller's and must outlive the factory; null for the codec reads
+    /// field by field. If the source is an `IMetadataLayoutInspectorObserver` too, it is told the structure of each key.
     CElementFactory(IElementFactorySource * source, IConfigContext & context, CStructCodec * codec);
 
     /// Copies every field, the element included, which both then delete, intended: copy only a factory without one.

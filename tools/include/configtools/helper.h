@@ -39,9 +39,10 @@ public:
     /// The payloads stay those of the element they were found in: a caller must not keep them longer than that.
     ///
     /// Default values are read once in the life of the process, from the first provider that has any, by
-    /// `IConfigReader::Read` with this context; they serve every later provider too, intended. A provider that is no
-    /// `IConfigReader` leaves the error "The metadata provider cannot behave like a data reader" in
-    /// `GROUP_CORE_CLASSES`.
+    /// `IConfigReader::Read` with this context; they serve every later provider too, intended. The records that they
+    /// point at end with that first provider: don't ask payloads of default values for their metadata afterwards. A
+    /// provider that is no `IConfigReader` leaves the error "The metadata provider cannot behave like a data reader"
+    /// in `GROUP_CORE_CLASSES`.
     const std::vector<IPayload *> RetrieveApplicablePayload(IMetadataProvider & provider,
         const IElementProvider & elements, IConfigContext & context, const std::string & key);
 

@@ -5,13 +5,14 @@
 ///
 /// The rules for packing and unpacking differ, and so do those for the widths. That is the device format, intended:
 ///  - a field of up to 15 bits lies within one word; what doesn't fit there is lost;
-///  - a field of 16 bits replaces its word when packed; only at bit 8 of a word, and in a little-endian struct, does it
-///    straddle two words;
+///  - a field of 16 bits replaces its word when packed, but a payload of more than 16 bits, such as an enumerator, leaves
+///    the word as it is; only at bit 8 of a word, and in a little-endian struct, does the field straddle two words;
 ///  - a wider field starts on a word boundary when packed, whatever its position says, but is unpacked from the very
 ///    bit; so it comes back unchanged only if its position is a multiple of 16;
 ///  - in a struct that isn't little-endian, the position of a field of 17 to 64 bits names its last word;
 ///  - a field of exactly 64 bits unpacks as 0; of a field of 65 bits and more the bits of a last partial word are lost;
-///  - the items of an array unpack as unsigned numbers, and 64-bit items as 32 bits.
+///  - an array is packed by sharing out its width evenly among the items given, whatever their type, but is unpacked
+///    into items as wide as its type; they are unsigned numbers, and 64-bit items give 32 bits.
 ///
 /// The tree of payloads has one entry per field, in field order: for a number of up to 64 bits a numeric payload or a
 /// `CEnumPayload`, for a wider one a `CComplexPayload` with a `CUint16Payload` per word, for an array one with a numeric
@@ -64,7 +65,8 @@ public:
     /// follows. Missing words are 0, and `more` is false; a wrong number of octets is told as a warning.
     ///
     /// False, with nothing added, if an error stands in `GROUP_FRAMEWORK` when the words have been read. An error in
-    /// `GROUP_OUTER_READER` ends the reading, with `more` false; what came until then is unpacked.
+    /// `GROUP_OUTER_READER` ends the reading of words, with `more` false; what came until then is unpacked. It isn't
+    /// looked at where the octets come at once.
     bool Decode(
         IElementFactorySource & source, CMetadataDetailStruct & detail, CComplexPayload * out, bool & more);
 
