@@ -3,6 +3,7 @@
 #include "bytes.h"
 #include "image.h"
 #include "report.h"
+#include "shape.h"
 #include "words.h"
 
 #include <configtools/context.h>
@@ -50,6 +51,7 @@ void MoveStructs(CElement & from, CElement & to)
 
 CKeyBuilder::CKeyBuilder(IConfigContext & context)
     : mContext(context)
+    , mChecks(!context.TagMatches(keywords::TAG_NO_DATA_CHECK, std::string(keywords::VALUE_TRUE)))
 {
     // The length of an octet string is in the image, so no pad byte is there to be dropped: without the subsystem a last
     // zero stays.
@@ -74,6 +76,8 @@ std::unique_ptr<CElement> CKeyBuilder::Build(const RawKey & key, const IMetadata
             element = BuildEnumerators(key, *record);
         else
             element = BuildPart(key, key.mData, *record);
+        if (mChecks && element != nullptr && mError.empty())
+            mError = ObjectionToShape(key, *record);
     }
     error = mError;
     if (!error.empty())

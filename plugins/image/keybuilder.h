@@ -43,6 +43,7 @@ private:
     void Fail(const std::string & text);
 
     VrexZynConfigTools::IConfigContext & mContext;
+    bool mChecks;
     std::string mError;
 };
 

@@ -32,10 +32,11 @@ protected:
         mProvider.Number(BT, ARecord(9).Named("Nuint64").OfType("uint64").Within(0, -1).Array());
         mProvider.Number(BT, ARecord(10).Named("Text").OfType("string").Within(0, 40));
         mProvider.Number(BT, ARecord(11).Named("Octets").OfType("octet_string").Within(0, 40));
-        mProvider.Enum(BT, ARecord(12).Named("Colour"), { { "RED", 1 }, { "BLUE", -2 }, { "FAR", 70000 } });
+        mProvider.Enum(
+            BT, ARecord(12).Named("Colour").Array(), { { "RED", 1 }, { "BLUE", -2 }, { "FAR", 70000 } });
         MemoryProvider::AddIndex(
             mProvider.Number(BT, ARecord(13).Named("Table").OfType("uint8").Within(0, 255).WithNumIndices(2)),
-            "i", 0, 9);
+            "i", 0, 99999999);
         AddSecondIndex();
         AddStructs();
     }

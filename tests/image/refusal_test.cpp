@@ -141,6 +141,44 @@ TEST_F(LyingImage, about_values_is_refused)
         std::string::npos);
 }
 
+// The library takes as many values as there are, and any index.
+TEST_F(LyingImage, about_the_number_of_values_is_refused)
+{
+    const std::string key = "store 1 of eeprom, key ";
+    mProvider.Number(BT, ARecord(50).Named("One").OfType("uint8").Within(0, 9));
+    mProvider.Number(BT, ARecord(51).Named("Few").OfType("uint32").Within(0, 9).Array(2, 3));
+    mProvider.Number(BT, ARecord(52).Named("Any").OfType("uint8").Within(0, 9).Array(0, 0));
+    EXPECT_EQ(ErrorOfKey(AKey(50, Bytes(0, 4))), key + "50 (One): found 2 values; expected 1");
+    EXPECT_EQ(ErrorOfKey(AKey(50, Bytes(0, 2))), "");
+    EXPECT_EQ(ErrorOfKey(AKey(51, Bytes(0, 4))), key + "51 (Few): found 1 value; expected 2 to 3");
+    EXPECT_EQ(ErrorOfKey(AKey(51, std::string(12, '\0'))), "");
+    EXPECT_EQ(ErrorOfKey(AKey(51, std::string(16, '\0'))), key + "51 (Few): found 4 values; expected 2 to 3");
+    EXPECT_EQ(ErrorOfKey(AKey(52, std::string(500, '\0'))), "");
+    mProvider.Enum(BT, ARecord(53).Named("Hue"), { { "RED", 0 } });
+    EXPECT_EQ(ErrorOfKey(AKey(53, Bytes(0, 8))), key + "53 (Hue): found 2 values; expected 1");
+    mProvider.Struct(BT, ARecord(54).Named("Two").Array(2, 2))
+        .AddField("", &mProvider.NumberField(ARecord(0).OfType("uint8").Within(0, 255)), 0, 8);
+    EXPECT_EQ(ErrorOfKey(AKey(54, Bytes(0, 4))), "");
+    EXPECT_EQ(ErrorOfKey(AKey(54, Bytes(0, 6))), key + "54 (Two): found 3 values; expected 2");
+}
+
+TEST_F(LyingImage, about_the_rows_of_a_table_is_refused)
+{
+    const std::string key = "store 1 of eeprom, key 55";
+    auto & table =
+        mProvider.Number(BT, ARecord(55).Named("Gain").OfType("uint8").Within(0, 9).WithNumIndices(2));
+    MemoryProvider::AddIndex(table, "Row", 3, 5);
+    MemoryProvider::AddIndex(table, "Side", { { "LEFT", 1 }, { "RIGHT", 7 } });
+    EXPECT_EQ(ErrorOfKey(AKey(55, Bytes(1, 2), 0, { 3, 7 })), "");
+    EXPECT_EQ(ErrorOfKey(AKey(55, Bytes(1, 2), 0, { 5, 1 })), "");
+    EXPECT_EQ(ErrorOfKey(AKey(55, Bytes(1, 2), 0, { 2, 7 })),
+        key + ".2.7 (Gain): the index \"Row\" is 2; expected 3 to 5");
+    EXPECT_EQ(ErrorOfKey(AKey(55, Bytes(1, 2), 0, { 6, 7 })),
+        key + ".6.7 (Gain): the index \"Row\" is 6; expected 3 to 5");
+    EXPECT_EQ(ErrorOfKey(AKey(55, Bytes(1, 2), 0, { 3, 2 })),
+        key + ".3.2 (Gain): the index \"Side\" is 2, which has no name");
+}
+
 TEST_F(LyingImage, about_structs_is_refused)
 {
     const std::string fit = "store 1 of eeprom, key 20 (Fit): ";
