@@ -31,9 +31,13 @@ class IPayload;
 /// without one, and there is no element; only a text of a wrong length is delivered all the same. The context's tag
 /// "nodatacheck" at "true" switches the checks off; an unknown enumerator is then left out without an error.
 ///
+/// If one stands there after numbers were read, the number and name of their record are added to the error of the reader
+/// in `GROUP_OUTER_READER`, where it has left one.
+///
 /// With a codec, a struct is read as a block and unpacked by bit position, and the element holds the codec's tree. A
-/// source has to answer false with the last value of a struct then, or the walk doesn't end. Without one each field is
-/// asked for by itself; an array field adds its items to the list of its struct, and the tree is another, intended.
+/// source has to answer false with the last value of a struct that has array fields then, or the walk doesn't end.
+/// Without one each field is asked for by itself; an array field adds its items to the list of its struct, and the tree
+/// is another, intended.
 ///
 /// Numbers: a single key takes every value the source has. A field takes one, or as many as its width holds.
 class CONFIGTOOLS_EXPORT CElementFactory : public IMetadataInspectorObserver

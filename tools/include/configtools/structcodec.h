@@ -71,7 +71,8 @@ public:
         IElementFactorySource & source, CMetadataDetailStruct & detail, CComplexPayload * out, bool & more);
 
     /// Gives the writer the words of the last `Encode` or `Decode`: a `CUint16Payload` each until an error stands in
-    /// `GROUP_FRAMEWORK`, or one octet string. True if no error stands afterwards.
+    /// `GROUP_FRAMEWORK`, or one octet string. True if no error stands afterwards, and also if there is no word to give:
+    /// whether `Encode` refused the struct is told by the error that it left.
     bool Write(IConfigWriter & writer, IConfigContext & context) override;
 
     /// The keyword of the smallest integer type with that many bits; the width is decimal text. Empty for a width
