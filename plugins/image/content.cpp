@@ -2,6 +2,7 @@
 
 #include "chunk.h"
 #include "keybuilder.h"
+#include "keypacker.h"
 
 #include <configtools/context.h>
 #include <configtools/metadata.h>
@@ -12,6 +13,19 @@ namespace imageconfig {
 using namespace VrexZynConfigTools;
 
 namespace {
+
+/// Whether packing a struct again gives another value. Bits that no field describes are in no payload, and some fields
+/// don't come back as they were, such as those of exactly 64 bits.
+bool LosesBits(CElement & element, const RawKey & key, const IMetadata & record)
+{
+    if (record.MetadataType() != METADATA_STRUCT || dynamic_cast<CElementRaw *>(&element) != nullptr)
+        return false;
+    CKeyPacker packer(key.mId, false);
+    for (IPayload * const payload : element.GetPayloadCopy(false))
+        packer.Add(*payload);
+    const auto packed = packer.Finish();
+    return !packed || packed->mForm != key.mForm || packed->mData != key.mData;
+}
 
 class CContentBuilder
 {
@@ -83,6 +97,8 @@ void CContentBuilder::AddKey(const RawKey & key, const std::string & place)
     const std::string name = KeyName(key.mId, key.mIndices, record != nullptr ? record->Name() : "");
     if (element == nullptr)
         return mFindings.Add(place + name + ": " + error);
+    if (record != nullptr && LosesBits(*element, key, *record))
+        mContent.mChangedKeys.push_back(place + name);
     mContent.mSubsystems.back().mKeys.push_back({ std::move(element), key.mIndices });
 }
 

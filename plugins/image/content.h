@@ -36,6 +36,7 @@ struct Content
 {
     std::vector<Subsystem> mSubsystems;
     std::vector<std::string> mUnknownKeys;   // those that the provider doesn't know
+    std::vector<std::string> mChangedKeys;   // those whose structs would not be written as they were read
 };
 
 /// Builds every element; what is wrong goes to `findings`, store by store and key by key. Without a provider all keys come

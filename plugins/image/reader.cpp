@@ -138,6 +138,11 @@ void CImageReader::WarnOf(const Content & content, IConfigContext & context) con
         ReportWarning(mPath + ": the metadata don't know " + std::to_string(unknown.size()) +
                       (unknown.size() == 1 ? " key, which comes raw: " : " keys, which come raw: ") +
                       Listed(unknown, "; "));
+    const std::vector<std::string> & changed = content.mChangedKeys;
+    if (!changed.empty())
+        ReportWarning(mPath + ": bits of " + std::to_string(changed.size()) +
+                      (changed.size() == 1 ? " key" : " keys") +
+                      " are lost, as no field holds them or can give them back: " + Listed(changed, "; "));
     // Without an insert mode all of them are kept; otherwise one is lost.
     const auto repeated = OnlyOneOfTwoCounts(context) ? RepeatedKeys(content) : std::vector<std::string>();
     if (!repeated.empty())

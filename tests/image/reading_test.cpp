@@ -114,6 +114,27 @@ TEST_F(ImageReading, gives_keys_raw_that_the_metadata_do_not_know_and_says_so)
         (Lines{ mPath + ": the metadata don't know 1 key, which comes raw: store 1 of eeprom, key 99" }));
 }
 
+// In the gap behind a field of 3 bits, or in a field of 64 bits, which is unpacked to 0.
+TEST_F(ImageReading, warns_of_bits_that_a_struct_does_not_keep)
+{
+    auto & layout = mProvider.Struct(BT, ARecord(40).Named("Gap").Array());
+    layout.AddField("", &mProvider.NumberField(ARecord(0).Named("Low").OfType("uint8").Within(0, 255)), 0, 3);
+    layout.AddField(
+        "", &mProvider.NumberField(ARecord(0).Named("Long").OfType("uint64").Within(0, -1)), 16, 64);
+    const auto warnings = [this](std::uint64_t first, std::uint64_t last, const std::string & tags) {
+        const StatusLog log;
+        const std::string value = Bytes(7, 10) + Bytes(first, 2) + Bytes(last, 8);
+        EXPECT_EQ(LinesOf(AnImage(1, AStore(1) + AChunk(1, AKey(40, value))), tags, &mProvider).size(), 2U);
+        return log.mTexts;
+    };
+    const Lines lost{ mPath + ": bits of 1 key are lost, as no field holds them or can give them back: "
+                              "store 1 of eeprom, key 40 (Gap)" };
+    EXPECT_EQ(warnings(7, 0, ""), Lines());
+    EXPECT_EQ(warnings(15, 0, ""), lost);
+    EXPECT_EQ(warnings(7, 1, ""), lost);
+    EXPECT_EQ(warnings(15, 0, "nodatacheck=true"), lost);
+}
+
 TEST_F(ImageReading, warns_of_keys_there_twice_where_only_one_of_them_counts)
 {
     const std::string key = AKey(5, Bytes(1, 2));
