@@ -34,6 +34,17 @@ const std::vector<Rule> RULES = {
         Keys(R"({ id = 1, name = "A", type = "enum", values = { On = 0, ON = 1 } })"),
         { "1.toml:10:57: error: the enumerator \"ON\" stands in 1.toml:10:49 already" },
         Keys(R"({ id = 1, name = "A", type = "enum", values = { Off = 0, ON = 1 } })") },
+    Rule{ "but_not_what_stands_for_a_wrong_number_of_a_key", Keys(R"({ id = 0, name = "A", type = "uint8" },
+{ id = "x", name = "B", type = "uint8" },
+{ id = 1, name = "C", type = "uint8" })"),
+        { "1.toml:10:8: error: \"id\": 0 is out of range; expected 1 to 4294967295",
+            "1.toml:11:8: error: \"id\": expected a whole number, found a text" },
+        Keys(R"({ id = 1, name = "A", type = "uint8" })") },
+    Rule{ "but_not_what_stands_for_a_wrong_number_of_an_enumerator",
+        Keys(R"({ id = 1, name = "A", type = "enum", values = { X = 0, Y = 2147483648, Z = "z" } })"),
+        { "1.toml:10:60: error: \"Y\": 2147483648 is out of range; expected -2147483648 to 2147483647",
+            "1.toml:10:76: error: \"Z\": expected a whole number, found a text" },
+        Keys(R"({ id = 1, name = "A", type = "enum", values = { X = 0, Y = 2147483647 } })") },
     Rule{ "the_label_of_a_chip", Behind(R"([[chip]]
 name = "d"
 label = "C"

@@ -48,7 +48,7 @@ void CheckKeyNames(const Subsystem & subsystem, CFindings & findings)
     for (const Key & key : subsystem.mKeys) {
         if (!key.mId.mIsGiven)
             findings.Error(key.mPlace, "\"id\" is missing: a key has a number");
-        else
+        else if (key.mId.mIsRead)
             numbers.Add(
                 std::to_string(key.mId.mValue), "the number " + std::to_string(key.mId.mValue), key.mId.mPlace);
         if (RequireName(key.mName, "a key has a name", findings))
@@ -148,8 +148,9 @@ void CheckEnumerators(const Enumerators & enumerators, CFindings & findings)
                 each.mPlace, Quoted(each.mName) +
                                  R"( is no name; expected letters, digits, "_" or "-", and not digits alone)");
         names.Add(each.mName, "the enumerator " + Quoted(each.mName), each.mPlace);
-        numbers.Add(
-            std::to_string(each.mNumber), "the number " + std::to_string(each.mNumber), each.mNumberPlace);
+        if (each.mIsNumberRead)
+            numbers.Add(
+                std::to_string(each.mNumber), "the number " + std::to_string(each.mNumber), each.mNumberPlace);
     }
 }
 

@@ -25,7 +25,7 @@ struct Placed
     T mValue{};
     Place mPlace;   // of the value; where it isn't given, of what it is missing in
     bool mIsGiven = false;
-    bool mIsRead = true;   // false: given, but of the wrong kind, which has been told
+    bool mIsRead = true;   // false: given, but no such value, which has been told
 };
 
 /// A value as it stands in a source; what it is to be depends on its key.
@@ -55,6 +55,7 @@ struct Enumerator
     Place mPlace;
     std::int32_t mNumber = 0;
     Place mNumberPlace;
+    bool mIsNumberRead = false;   // false: given, but no such number, which has been told
 };
 
 using Enumerators = std::vector<Enumerator>;   // in the order of their places

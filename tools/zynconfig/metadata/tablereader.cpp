@@ -92,7 +92,7 @@ Placed<std::int64_t> CTableReader::Integer(const char * name, std::int64_t min, 
     const toml::node * node = Find(name);
     if (node == nullptr)
         return { 0, Begin(), false };
-    Placed<std::int64_t> result{ min, PlaceOf(*node), true };
+    Placed<std::int64_t> result{ min, PlaceOf(*node), true, false };
     const auto * number = node->as_integer();
     if (number == nullptr)
         Mismatch(*node, name, "a whole number");
@@ -100,8 +100,10 @@ Placed<std::int64_t> CTableReader::Integer(const char * name, std::int64_t min, 
         mFindings.Error(result.mPlace, Quoted(name) + ": " + std::to_string(number->get()) +
                                            " is out of range; expected " + std::to_string(min) + " to " +
                                            std::to_string(max));
-    else
+    else {
         result.mValue = number->get();
+        result.mIsRead = true;
+    }
     return result;
 }
 
@@ -157,8 +159,10 @@ Enumerator CTableReader::EnumeratorOf(const toml::key & key, const toml::node & 
         mFindings.Error(enumerator.mNumberPlace, Quoted(enumerator.mName) + ": " +
                                                      std::to_string(number->get()) +
                                                      " is out of range; expected -2147483648 to 2147483647");
-    else
+    else {
         enumerator.mNumber = static_cast<std::int32_t>(number->get());
+        enumerator.mIsNumberRead = true;
+    }
     return enumerator;
 }
 
