@@ -83,7 +83,7 @@ void CTomlReader::ReadFileAndDeliver(IConfigContext & context)
     std::string error;
     const auto content = tomlsyntax::ReadFile(mPath, error);
     if (!content)
-        return ReportError(error);
+        return ReportError(mPath + ": " + error);
 
     CFindings findings(mPath);
     Document document = ReadQuietly(*content, findings, context);

@@ -119,7 +119,7 @@ std::optional<std::string> ReadFile(const std::string & path, std::string & erro
     errno = 0;
     std::ifstream file(path, std::ios::binary);
     if (!file.is_open()) {
-        error = path + ": " + keywords::ERROR_UNABLE_TO_OPEN_FILE + " (" + std::strerror(errno) + ')';
+        error = std::string(keywords::ERROR_UNABLE_TO_OPEN_FILE) + " (" + std::strerror(errno) + ')';
         return std::nullopt;
     }
     std::string content;
@@ -127,11 +127,11 @@ std::optional<std::string> ReadFile(const std::string & path, std::string & erro
     while (content.size() <= MAX_BYTES && (file.read(block, sizeof block), file.gcount() > 0))
         content.append(block, static_cast<std::size_t>(file.gcount()));
     if (file.bad()) {   // a directory, among others
-        error = path + ": " + keywords::ERROR_READING_FILE + " (" + std::strerror(errno) + ')';
+        error = std::string(keywords::ERROR_READING_FILE) + " (" + std::strerror(errno) + ')';
         return std::nullopt;
     }
     if (content.size() > MAX_BYTES) {
-        error = path + ": " + keywords::ERROR_READING_FILE + " (it has more than " +
+        error = std::string(keywords::ERROR_READING_FILE) + " (it has more than " +
                 std::to_string(MAX_BYTES >> 20) + " MiB)";
         return std::nullopt;
     }

@@ -18,7 +18,7 @@ struct SyntaxError
     std::string mText;
 };
 
-/// The content of a file; nothing, with the reason in `error`, if it can't be read.
+/// The content of a file; nothing, with the reason in `error`, without the path, if it can't be read.
 std::optional<std::string> ReadFile(const std::string & path, std::string & error);
 
 /// The tree; nothing, with the reason in `error`, if the text is no TOML.
