@@ -88,6 +88,26 @@ id = 65535
 [[subsystem]]
 name = "bt"
 )" } },
+    Rule{ "fuses_of_more_than_16_bits", Sources{ R"([system]
+name = "small"
+[[chip]]
+name = "c"
+label = "c"
+id = 1
+fuses = 65536
+[[subsystem]]
+name = "bt"
+)" },
+        { "1.toml:7:9: error: \"fuses\": 65536 is out of range; expected 0 to 65535" }, Sources{ R"([system]
+name = "small"
+[[chip]]
+name = "c"
+label = "c"
+id = 1
+fuses = 65535
+[[subsystem]]
+name = "bt"
+)" } },
     Rule{ "fuses_in_words", Sources{ R"([system]
 name = "small"
 [[chip]]

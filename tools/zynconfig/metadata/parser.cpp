@@ -83,12 +83,11 @@ private:
             return "";
         if (const auto * text = node->as_string(); text != nullptr && text->get() == SEVERAL)
             return VrexZynConfigTools::keywords::MULTIPLE_EFUSES;
-        const auto * number = node->as_integer();
-        if (number == nullptr || number->get() < 0 || number->get() > MAX_UINT16) {
+        if (!node->is_integer()) {
             reader.Mismatch(*node, "fuses", "a whole number from 0 to 65535, or \"several\"");
             return "";
         }
-        return std::to_string(number->get());
+        return std::to_string(reader.Integer("fuses", 0, MAX_UINT16).mValue);
     }
 
     void ParseEnum(const toml::table & table)
