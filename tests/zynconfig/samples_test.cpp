@@ -108,6 +108,17 @@ TEST_F(Samples, come_back_from_an_image_byte_for_byte)
     EXPECT_EQ(ContentOf(Converted({ again }, "again.zimg")), ContentOf(image));
 }
 
+TEST_F(Samples, keep_the_sizes_of_stores_from_image_to_image)
+{
+    const std::string image = mFolder.File("sized.zimg");
+    Out({ "convert" }, mDescribed, { "-o", image, "--context", "storesizes=15.1:512,1.1:65536" });
+    EXPECT_EQ(ContentOf(Converted({ image }, "again.zimg")), ContentOf(image));
+    EXPECT_THAT(Out({ "info", image }), HasSubstr("eeprom.1  512"));
+    const std::string other = mFolder.File("other.zimg");
+    Out({ "convert", image, "-o", other, "--context", "storesizes=15.1:600" });
+    EXPECT_THAT(Out({ "info", other }), HasSubstr("eeprom.1  600"));
+}
+
 TEST_F(Samples, give_the_same_winners_from_text_and_from_an_image)
 {
     const std::string image = Converted(mDescribed, "all.zimg");

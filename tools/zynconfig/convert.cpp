@@ -34,6 +34,23 @@ std::string StoreLayers(const CChipConfig & chip)
     return text;
 }
 
+// A tag between this tool and writer plug-ins: "DEVICE.STORE:SIZE,...", all in decimal. A store keeps the size that a file
+// told of it.
+constexpr char TAG_STORE_SIZES[] = "storesizes";
+
+std::string StoreSizes(const CChipConfig & chip)
+{
+    std::string text;
+    for (const CStoreInfo * const store : chip.Stores()) {
+        if (store->StoreSize() == UNKNOWN_SIZE)
+            continue;
+        text += text.empty() ? "" : ",";
+        text += std::to_string(store->DeviceId()).append(".").append(std::to_string(store->StoreId()));
+        text += ':' + std::to_string(store->StoreSize());
+    }
+    return text;
+}
+
 // A pipe gives its content once, and asking again may wait for ever.
 bool CanBeReadTwice(const std::string & file)
 {
@@ -67,6 +84,7 @@ bool ReadFiltered(CSession & session)
 CZynContext WriteContext(const CSession & session)
 {
     CZynContext context;
+    context.SetTag(TAG_STORE_SIZES, StoreSizes(session.Chip()));
     context.Parse(session.Asked().mContext);
     context.SetChip(session.Watch().Chip());
     if (session.Asked().mLayerFilter)

@@ -16,8 +16,6 @@ using namespace VrexZynConfigTools;
 
 namespace {
 
-constexpr std::uint32_t UNKNOWN_SIZE = 0xFFFFFFFF;
-
 struct ToldChip
 {
     std::string mLabel;

@@ -14,6 +14,8 @@
 
 namespace zynconfig {
 
+inline constexpr std::uint32_t UNKNOWN_SIZE = 0xFFFFFFFF;   // of a store that no size is told of
+
 /// Stands for a number that a context doesn't tell.
 constexpr int NO_NUMBER = std::numeric_limits<int>::min();
 
