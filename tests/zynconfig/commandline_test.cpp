@@ -15,6 +15,7 @@ using testing::AllOf;
 using testing::Each;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
 
@@ -50,6 +51,19 @@ TEST(CommandLine, help_of_a_command_tells_its_options)
     EXPECT_THAT(RunTool({ { "convert", "--help" } }).mOut,
         AllOf(HasSubstr("--layer-filter N"), HasSubstr("--context \"TAG=VALUE;...\""),
             HasSubstr("-o,--output OUT")));
+}
+
+TEST(CommandLine, help_of_every_command_tells_how_to_name_the_metadata)
+{
+    for (const char * command : { "show", "convert", "keys", "describe", "get", "check", "info" }) {
+        const std::string help = RunTool({ { command, "--help" } }).mOut;
+        EXPECT_THAT(
+            help, AllOf(HasSubstr("--metadata FILE"), HasSubstr("--plugin-dir DIR"), HasSubstr("--trace")))
+            << command;
+        EXPECT_THAT(help, HasSubstr("Exit codes: 0 done, 1 the data is wrong, 2 the command line is wrong."))
+            << command;
+    }
+    EXPECT_THAT(RunTool({ { "--help" } }).mOut, Not(HasSubstr("All commands")));
 }
 
 TEST(CommandLine, version_is_one_line)
@@ -171,7 +185,7 @@ TEST(CommandLine, a_plugin_folder_must_be_one)
 TEST(CommandLine, what_it_repeats_of_the_user_is_printable)
 {
     const ToolResult result = RunTool({ { "show", "a\033[31m.txt" } });
-    EXPECT_THAT(result.mErr, AllOf(HasSubstr("a\\x1b[31m.txt"), testing::Not(HasSubstr("\033"))));
+    EXPECT_THAT(result.mErr, AllOf(HasSubstr("a\\x1b[31m.txt"), Not(HasSubstr("\033"))));
 }
 
 TEST(CommandLine, common_options_stand_before_or_behind_the_command)

@@ -23,6 +23,8 @@ constexpr char DESCRIPTION[] =
     "Shows, checks and converts the configuration of a chip. The stores that hold it are stacked into "
     "layers,\nand of each key the value in the highest layer holds.\n";
 constexpr char FOOTER[] = "Exit codes: 0 done, 1 the data is wrong, 2 the command line is wrong.";
+constexpr char COMMON_OPTIONS[] = "All commands have --metadata FILE, --plugin-dir DIR and --trace too, of "
+                                  "which zynconfig --help tells more.\n";
 constexpr char FILES_HELP[] = "The files to read into one chip, one after the other";
 constexpr char CONTEXT_HELP[] = "Tags for plug-ins and library, such as \"insertmode=new\"";
 constexpr char CHIP_HELP[] = "The chip, by its label, where the metadata is about several systems";
@@ -138,7 +140,7 @@ public:
         : mApp(DESCRIPTION, "zynconfig")
         , mOptions(options)
     {
-        mApp.footer(FOOTER);
+        mApp.footer(std::string(COMMON_OPTIONS) + FOOTER);   // which the commands take over
         mApp.require_subcommand(1);
         mApp.fallthrough();
         mApp.set_version_flag("--version", std::string("zynconfig ") + ZYNCONFIG_VERSION);
@@ -155,6 +157,7 @@ public:
         AddCheck();
         AddInfo();
         AddMetadata();
+        mApp.footer(FOOTER);
     }
 
     void Parse(int argumentCount, const char * const * arguments)
