@@ -107,8 +107,8 @@ TEST_F(Describe, tells_indices_and_the_defaults_of_rows)
 TEST_F(Describe, an_index_that_the_key_does_not_have_is_an_error)
 {
     const std::string key = "key 514 (GainTrim) of wlan";
-    ExpectError({ "describe", "GainTrim.1" }, key + " has 2 indices, and 1 are given");
-    ExpectError({ "describe", "CrystalTrim.1" }, "key 258 (CrystalTrim) of bt has 0 indices, and 1 are given");
+    ExpectError({ "describe", "GainTrim.1" }, key + " has 2 indices, and 1 is given");
+    ExpectError({ "describe", "CrystalTrim.1" }, "key 258 (CrystalTrim) of bt has 0 indices, and 1 is given");
     ExpectError(
         { "describe", "GainTrim.1.4" }, key + ": \"4\" is no value of index 2 (Chain), which has 0 to 3");
     ExpectError({ "describe", "GainTrim.MID.0" },

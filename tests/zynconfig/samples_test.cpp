@@ -182,6 +182,12 @@ TEST_F(Samples, a_value_comes_from_the_top_layer_or_is_the_default)
     EXPECT_EQ(Out({ "get", "GainControl" }, mDescribed), "{-8, -1100, 640, 21}\n");
 }
 
+TEST_F(Samples, a_row_without_its_index_is_told_how_many_there_are)
+{
+    EXPECT_THAT(Run({ "get", "Profile" }, mDescribed).mErr,
+        HasSubstr("key 304 (Profile) of bt has 1 index, and 0 are given"));
+}
+
 TEST_F(Samples, a_wrong_value_is_told_with_its_place_and_the_range)
 {
     const std::string file = mFolder.File("wrong.toml",

@@ -208,8 +208,10 @@ std::optional<Key> CCatalog::RowOf(const Record & record, const KeyText & text) 
     Key key = { record.mSubsystem, metadata.PsId(), metadata.NumIndices() > 0, {} };
     const std::string name = Describe({ record.mSubsystem, metadata.PsId(), false, {} }, metadata.Name());
     if (text.mIndices.size() != metadata.NumIndices()) {
-        ReportError(name + " has " + std::to_string(metadata.NumIndices()) + " indices, and " +
-                    std::to_string(text.mIndices.size()) + " are given");
+        const std::string count = std::to_string(metadata.NumIndices());
+        const std::string given = std::to_string(text.mIndices.size());
+        ReportError(name + " has " + count + (count == "1" ? " index, and " : " indices, and ") + given +
+                    (given == "1" ? " is given" : " are given"));
         return std::nullopt;
     }
     for (std::size_t i = 0; i < text.mIndices.size(); ++i) {
