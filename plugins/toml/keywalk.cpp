@@ -27,6 +27,11 @@ std::string CountText(std::uint64_t count, const std::string & what)
     return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
+std::string Between(std::int64_t least, std::int64_t most)
+{
+    return std::to_string(least) + (least == most ? "" : " to " + std::to_string(most));
+}
+
 }   // namespace
 
 CKeyWalk::CKeyWalk(CElementFactory & factory, CValueSource & source, CFindings & findings,
@@ -200,7 +205,7 @@ std::string CKeyWalk::Explained(const std::string & error, const IMetadata & rec
         return mSource.LastText() + " is out of range; expected " + RangeText(record, *mSource.LastType());
     if (BeginsWith(error, "String value's length"))
         return "found " + CountText(mSource.LastBytes().size(), "byte") + "; expected " +
-               std::to_string(record.Min()) + " to " + std::to_string(record.Max());
+               Between(record.Min(), record.Max());
     if (BeginsWith(error, "Value ") && record.MetadataType() == METADATA_ENUM)
         return "no enumerator has the number " + mSource.LastText() + Expected(EnumeratorNames(record));
     return error;
@@ -278,8 +283,7 @@ bool CKeyWalk::IsCountGood(const toml::node & node, const IMetadata & record, st
     if (found >= least && found <= most)
         return true;
     mFindings.Add(node,
-        Quoted(Label(record)) + ": found " + CountText(count, "value") + "; expected " +
-            (least == most ? std::to_string(most) : std::to_string(least) + " to " + std::to_string(most)));
+        Quoted(Label(record)) + ": found " + CountText(count, "value") + "; expected " + Between(least, most));
     return false;
 }
 

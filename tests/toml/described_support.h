@@ -24,6 +24,7 @@ inline void DescribeChip(MemoryProvider & provider)
         { { "OFF", 0 }, { "ON", 1 }, { "LOUD", 2 }, { "STILL", 0 }, { "", 9 } });
     provider.Number(SUBSYSTEM_BT, ARecord(18).Named("Title").OfType("string").Within(1, 8));
     provider.Number(SUBSYSTEM_BT, ARecord(19).Named("Address").OfType("octet_string").Within(2, 6));
+    provider.Number(SUBSYSTEM_BT, ARecord(119).Named("Fingerprint").OfType("octet_string").Within(4, 4));
     provider.Number(SUBSYSTEM_BT, ARecord(20).Named("Curve").OfType("int16").Within(-100, 100).Array(2, 4));
     provider.Number(SUBSYSTEM_BT, ARecord(21).Named("Serial").OfType("uint64").Within(5, -2));
     auto & fit = provider.Struct(SUBSYSTEM_BT, ARecord(22).Named("Fit"));
