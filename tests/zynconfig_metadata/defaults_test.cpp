@@ -7,6 +7,15 @@ namespace zynconfig::metadata::test {
 namespace {
 
 const std::vector<Rule> RULES = {
+    Rule{ "the_last_word_of_a_wide_field", Keys(R"({ id = 1, name = "A", type = "struct", field = [
+{ name = "x", type = "integer", position = 0, width = 70 }
+], default = { x = [65535, 1, 2, 3, 64] } })"),
+        { "1.toml:11:44: warning: the device format doesn't carry \"x\" back unchanged: "
+          "[65535, 65535, 65535, 65535, 63] comes back as [65535, 65535, 65535, 65535]",
+            "1.toml:12:37: error: \"x\": 64 is out of range; expected 0 to 63" },
+        Keys(R"({ id = 1, name = "A", type = "struct", field = [
+{ name = "x", type = "integer", position = 0, width = 80 }
+], default = { x = [65535, 1, 2, 3, 65535] } })") },
     Rule{ "a_number_out_of_range",
         Keys(R"({ id = 1, name = "A", type = "uint8", range = [0, 9], default = 10 })"),
         { "1.toml:10:65: error: \"A\": 10 is out of range; expected 0 to 9" },

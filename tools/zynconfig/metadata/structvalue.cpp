@@ -12,6 +12,7 @@ namespace zynconfig::metadata {
 
 namespace {
 
+constexpr std::int64_t WORD_BITS = 16;
 constexpr NumberRange WORD_RANGE = { 0, 65'535 };
 
 class CStructReader
@@ -61,7 +62,7 @@ private:
         if ((field.IsArray() || IsWideNumber(field)) && list == nullptr) {
             mLeaves.Mismatch(value, field.mName.mValue, IsWideNumber(field) ? "an array of words" : "an array");
         } else if (IsWideNumber(field)) {
-            ReadNumbers(value, *list, (field.mWidth.mValue + 15) / 16, field.mName.mValue, WORD_RANGE);
+            ReadWords(value, *list, field);
         } else if (field.KindOf() == Kind::Structure && field.IsArray()) {
             mLeaves.CheckCount(value, list->size(), field.mArray.mValue);
             for (const Value & item : *list)
@@ -77,6 +78,24 @@ private:
     }
 
     static bool IsWideNumber(const Field & field) { return field.KindOf() == Kind::Number && field.IsWide(); }
+
+    // The last word has the bits that are left of the width.
+    void ReadWords(const Value & value, const Value::List & list, const Field & field)
+    {
+        const std::int64_t rest = field.mWidth.mValue % WORD_BITS;
+        const std::int64_t count = (field.mWidth.mValue + WORD_BITS - 1) / WORD_BITS;
+        mLeaves.CheckCount(value, list.size(), { count, count });
+        const NumberRange lastRange =
+            rest != 0 ? NumberRange{ 0, (std::int64_t{ 1 } << rest) - 1 } : WORD_RANGE;
+        LeafValue leaf;
+        for (std::size_t i = 0; i < list.size(); ++i) {
+            const bool isLast = i + 1 == static_cast<std::size_t>(count);
+            if (const auto word =
+                    mLeaves.NumberOf(list[i], field.mName.mValue, isLast ? lastRange : WORD_RANGE))
+                leaf.mNumbers.push_back(*word);
+        }
+        mValues.push_back(std::move(leaf));
+    }
 
     void ReadNumbers(const Value & value, const Value::List & list, std::int64_t count,
         const std::string & name, const NumberRange & range)
