@@ -67,6 +67,9 @@ label = "l"
         Keys(R"({ id = 1, name = "A", type = "struct", field = [
 { name = "x", type = "integer", position = 0, width = 4 }
 ] })") },
+    Rule{ "an_index_in_a_list_of_indices", Keys(R"({ id = 1, name = "A", type = "uint8", index = [] })"),
+        { "1.toml:10:47: error: \"index\": expected one index at least" },
+        Keys(R"({ id = 1, name = "A", type = "uint8", index = [{ name = "I", range = [1, 2] }] })") },
     Rule{ "the_range_of_an_index", Keys(R"({ id = 1, name = "A", type = "uint8", index = [{ name = "I" }] })"),
         { "1.toml:10:48: error: an index has either a \"range\" of numbers or enumerators as \"values\"" },
         Keys(R"({ id = 1, name = "A", type = "uint8", index = [{ name = "I", range = [1, 2] }] })") },

@@ -85,6 +85,9 @@ Key ParseKey(const toml::table & table, std::size_t file, CFindings & findings)
     key.mOctets = reader.Flag("octets", false);
     for (const toml::table * index : reader.Tables("index", "[[subsystem.key.index]]"))
         key.mIndices.push_back(ParseIndex(*index, file, findings));
+    if (const toml::node * list = reader.Find("index");
+        list != nullptr && list->is_array() && list->as_array()->empty())
+        findings.Error(reader.PlaceOf(*list), "\"index\": expected one index at least");
     key.mDefault = reader.AnyValue("default");
     key.mIsSound = findings.ErrorCount() == errors;
     reader.RefuseUnknown();
