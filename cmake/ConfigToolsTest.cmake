@@ -3,11 +3,10 @@
 include(GoogleTest)
 find_package(GTest REQUIRED)
 
-# A test runs for a moment and is compiled often, so only the library is optimised with all effort, or, under the
-# sanitizers, at all.
+# A test runs for a moment and is compiled often, so only what it tests is optimised.
 add_library(configtools_test_options INTERFACE)
 target_link_libraries(configtools_test_options INTERFACE configtools_options)
-target_compile_options(configtools_test_options INTERFACE $<$<NOT:$<CONFIG:Debug>>:-O1>)
+target_compile_options(configtools_test_options INTERFACE $<$<NOT:$<CONFIG:Debug>>:-O0>)
 
 # GoogleTest's headers cost more to compile than most tests: they are compiled once.
 add_library(configtools_test_pch OBJECT "${PROJECT_SOURCE_DIR}/tests/support/pch.cpp")

@@ -92,24 +92,31 @@ const IMetadata * CKeyLookup::KeyOf(const toml::table & table, IConfigContext & 
         mFindings.Add(table, "\"name\" is missing: a key has a name or a number");
         return nullptr;
     }
-    const auto id = idNode != nullptr ? mValues.Integer(*idNode, field::ID, 1, MAX_UINT32) : std::nullopt;
+    const std::uint32_t id = idNode != nullptr ? NumberOf(*idNode) : 0;   // 0 for none
     const auto name = nameNode != nullptr ? mValues.Text(*nameNode, field::NAME) : std::nullopt;
-    if ((idNode != nullptr && !id) || (nameNode != nullptr && !name))
+    if ((idNode != nullptr && id == 0) || (nameNode != nullptr && !name))
         return nullptr;
-    const IMetadata * const record =
-        id ? ById(static_cast<std::uint32_t>(*id), *idNode, context) : ByName(*name, *nameNode, context);
+    const IMetadata * const record = id != 0 ? ById(id, *idNode, context) : ByName(*name, *nameNode, context);
     if (record != nullptr)
-        return id && name && !Agree(*nameNode, *name, *record) ? nullptr : record;
+        return id != 0 && name && !Agree(*nameNode, *name, *record) ? nullptr : record;
     if (!mIsUsable)
         return nullptr;
-    if (!id)
+    if (id == 0)
         AddUnknown(*nameNode, *name, context);
     else if (const IMetadata * const named = name ? ByName(*name, *nameNode, context) : nullptr)
-        mFindings.Add(*idNode, "unknown key " + std::to_string(*id) + "; " + Quoted(named->Name()) +
+        mFindings.Add(*idNode, "unknown key " + std::to_string(id) + "; " + Quoted(named->Name()) +
                                    " has the number " + std::to_string(named->PsId()));
     else
-        mFindings.Add(*idNode, "unknown key " + std::to_string(*id));
+        mFindings.Add(*idNode, "unknown key " + std::to_string(id));
     return nullptr;
+}
+
+// 0, with a finding, for what is no key's number.
+std::uint32_t CKeyLookup::NumberOf(const toml::node & node)
+{
+    if (const auto number = mValues.Integer(node, field::ID, 1, MAX_UINT32))
+        return static_cast<std::uint32_t>(*number);
+    return 0;
 }
 
 void CKeyLookup::AddUnknown(const toml::node & node, const std::string & name, IConfigContext & context)

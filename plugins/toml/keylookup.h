@@ -39,6 +39,7 @@ private:
     const IMetadata * ByName(const std::string & name, const toml::node & place, IConfigContext & context);
     template <typename AskT>
     const IMetadata * Ask(const toml::source_position & place, AskT ask);
+    std::uint32_t NumberOf(const toml::node & node);
     void AddUnknown(const toml::node & node, const std::string & name, IConfigContext & context);
     bool Agree(const toml::node & node, const std::string & name, const IMetadata & record);
 

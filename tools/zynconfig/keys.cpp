@@ -29,9 +29,8 @@ struct Pattern
 std::optional<Pattern> ParsePattern(const std::string & text, const CCatalog & catalog)
 {
     const auto colon = text.find(':');
-    Pattern pattern = { NO_NUMBER, colon == std::string::npos ? text : text.substr(colon + 1) };
-    if (pattern.mNames.empty())
-        pattern.mNames = ANY;
+    const std::string names = colon == std::string::npos ? text : text.substr(colon + 1);
+    Pattern pattern = { NO_NUMBER, names.empty() ? std::string(ANY) : names };
     if (colon == std::string::npos || text.substr(0, colon) == ANY)
         return pattern;
     const auto subsystem = catalog.SubsystemOf(text.substr(0, colon));

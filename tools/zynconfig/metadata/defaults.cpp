@@ -108,8 +108,11 @@ private:
     static std::string TextOfIndices(const std::vector<std::int64_t> & indices)
     {
         std::string text;
-        for (const std::int64_t index : indices)
-            text += (text.empty() ? "" : ".") + std::to_string(index);
+        for (const std::int64_t index : indices) {
+            if (!text.empty())
+                text += '.';
+            text += std::to_string(index);
+        }
         return text;
     }
 
