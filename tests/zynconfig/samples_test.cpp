@@ -173,6 +173,14 @@ TEST_F(Samples, every_key_can_be_described)
     }
 }
 
+TEST_F(Samples, a_field_of_more_than_64_bits_has_no_range)
+{
+    EXPECT_THAT(Out({ "describe", "ChannelMap" }), HasSubstr("\n  Map      0    80     integer  any\n"));
+    const Json fields = Json::parse(Out({ "describe", "ChannelMap", "--json" }))["struct"]["fields"];
+    EXPECT_EQ(fields.at(0)["range"], nullptr);
+    EXPECT_EQ(fields.at(1)["range"]["max"], 79);
+}
+
 TEST_F(Samples, a_value_comes_from_the_top_layer_or_is_the_default)
 {
     EXPECT_EQ(Out({ "get", "CrystalTrim" }, mTyped), "6\n");

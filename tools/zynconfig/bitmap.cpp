@@ -188,17 +188,22 @@ private:
     std::vector<std::string> mLetters;
 };
 
+std::string ValuesText(const LaidField & field)
+{
+    if (IsRowOfWords(field))
+        return "any";
+    const auto enumerators = EnumeratorsOf(*field.mMetadata);
+    return enumerators.empty() ? RangeText(*field.mMetadata) : ToText(enumerators);
+}
+
 void AddLegend(const Layout & layout, const std::vector<std::string> & letters, CLineMaker & lines)
 {
     std::vector<Cells> rows;
     for (std::size_t i = 0; i < layout.mFields.size(); ++i) {
         const LaidField & field = layout.mFields[i];
-        const std::string values = EnumeratorsOf(*field.mMetadata).empty()
-                                       ? RangeText(*field.mMetadata)
-                                       : ToText(EnumeratorsOf(*field.mMetadata));
         rows.push_back({ letters.empty() ? "" : letters[i], Printable(field.mPath),
             std::to_string(field.mPosition) + (field.mIsCarriedBack ? "" : " *"), std::to_string(field.mWidth),
-            TypeText(*field.mMetadata), values, Printable(field.mMetadata->Description()) });
+            TypeText(*field.mMetadata), ValuesText(field), Printable(field.mMetadata->Description()) });
     }
     AddTable({ "", "FIELD", "BIT", "WIDTH", "TYPE", "VALUES", "" }, rows, lines);
 }

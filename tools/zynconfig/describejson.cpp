@@ -62,6 +62,8 @@ Json JsonOfField(const LaidField & field)
     Json json = { { "name", JsonText(field.mPath) }, { "position", field.mPosition }, { "width", field.mWidth },
         { "carried_back", field.mIsCarriedBack } };
     json.update(JsonOfShape(*field.mMetadata));
+    if (IsRowOfWords(field))
+        json["range"] = nullptr;
     return json;
 }
 

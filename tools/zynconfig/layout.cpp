@@ -190,4 +190,10 @@ Layout LayOut(CMetadataDetailStruct & detail)
     return CLayoutMaker().Make(detail);
 }
 
+bool IsRowOfWords(const LaidField & field)
+{
+    const IMetadata & metadata = *field.mMetadata;
+    return field.mWidth > 64 && HasRange(metadata) && !IsText(metadata) && !metadata.IsArray();
+}
+
 }   // namespace zynconfig

@@ -45,6 +45,9 @@ struct Layout
 /// The rules are those of `CStructCodec`, to which layouts belong that a device carries.
 Layout LayOut(VrexZynConfigTools::CMetadataDetailStruct & detail);
 
+/// Whether a field is a number of more than 64 bits: a row of words, to which no range applies.
+bool IsRowOfWords(const LaidField & field);
+
 }   // namespace zynconfig
 
 #endif
