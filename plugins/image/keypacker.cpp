@@ -18,6 +18,9 @@ using namespace VrexZynConfigTools;
 
 namespace {
 
+constexpr char NEEDS_METADATA[] =
+    " can't be told apart without metadata, which a key that says its own type doesn't have";
+
 /// The key's own record; null for none. A payload may carry the record of a struct's field as well.
 const IMetadata * RecordOf(IPayload & payload, std::uint32_t id)
 {
@@ -154,7 +157,7 @@ void CKeyPacker::AddByType(IPayload & payload)
 {
     const PayloadTypeEnum type = payload.Type();
     if (mType && *mType != type)
-        return Fail("values of several types can't be told apart without metadata");
+        return Fail(std::string("values of several types") + NEEDS_METADATA);
     mType = type;
     auto * const text = dynamic_cast<CStringPayload *>(&payload);
     mIsPlain = mIsPlain && (type == PAYLOAD_UINT16 || (text != nullptr && text->IsOctet()));
@@ -164,7 +167,7 @@ void CKeyPacker::AddByType(IPayload & payload)
         return AddEnumerator(payload);
     const auto number = TypeByPayload(type);
     if (!number)
-        return Fail("the fields of a structure can't be told apart without metadata");
+        return Fail(std::string("the fields of a structure") + NEEDS_METADATA);
     std::string data;
     AppendWords(data, ValueOf(payload).value_or(0), number->Words());
     AppendRaw(Form::WORDS, data);

@@ -117,11 +117,13 @@ TEST_F(ImageWriting, refuses_what_is_ambiguous_without_metadata)
 {
     const std::string key = "store 1 of eeprom, key 5: ";
     EXPECT_EQ(ErrorOfElement(Raw(5, { new CUint16Payload(1), new CUint8Payload(1) })),
-        key + "values of several types can't be told apart without metadata");
+        key + "values of several types can't be told apart without metadata, which a key that says its own "
+              "type doesn't have");
     EXPECT_EQ(ErrorOfElement(Raw(5, { new CStringPayload("a", true), new CStringPayload("b", true) })),
         key + "several texts can't be told apart in an image");
     EXPECT_EQ(ErrorOfElement(Raw(5, { new CComplexPayload(PAYLOAD_COMPLEX) })),
-        key + "the fields of a structure can't be told apart without metadata");
+        key + "the fields of a structure can't be told apart without metadata, which a key that says its own "
+              "type doesn't have");
 }
 
 TEST_F(ImageWriting, refuses_indices_that_would_not_come_back)
@@ -225,9 +227,10 @@ TEST_F(ImageWriting, tells_all_that_it_refuses_in_one_error)
             ASubsystem(2).In(1, 2).Tagged("chip=abc").Holding(Raw(7, { new CComplexPayload(PAYLOAD_COMPLEX) })))
         .ReadInto(chip);
     EXPECT_FALSE(Write(chip, mPath));
-    EXPECT_EQ(TakeError(),
-        "store 1 of eeprom, key 5: the fields of a structure can't be told apart without metadata\n"
-        "store 2 of otp, key 7: the fields of a structure can't be told apart without metadata");
+    EXPECT_EQ(TakeError(), "store 1 of eeprom, key 5: the fields of a structure can't be told apart without "
+                           "metadata, which a key that says its own type doesn't have\n"
+                           "store 2 of otp, key 7: the fields of a structure can't be told apart without "
+                           "metadata, which a key that says its own type doesn't have");
     EXPECT_EQ(mFolder.Count(), 0U);
 }
 
