@@ -190,6 +190,23 @@ TEST_F(Samples, a_value_comes_from_the_top_layer_or_is_the_default)
     EXPECT_EQ(Out({ "get", "GainControl" }, mDescribed), "{-8, -1100, 640, 21}\n");
 }
 
+TEST_F(Samples, a_range_that_no_reader_looks_at_is_checked)
+{
+    const std::string source =
+        mFolder.File("s.toml", "[system]\nname = \"s\"\n[[chip]]\nname = \"c\"\nlabel = \"c\"\n"
+                               "id = 1\n[[subsystem]]\nname = \"bt\"\nkey = [{ id = 1, name = \"K\", type = "
+                               "\"integer\", range = [0, 5] }]\n");
+    const std::string repository = mFolder.File("s.zmd");
+    ASSERT_EQ(Run({ "metadata", "compile", source, "-o", repository }).mExitCode, 0);
+    const std::string head = "chip = \"c\"\n[[subsystem]]\ntype = \"bt\"\ndevice = \"otp\"\nstore = 1\n";
+    const std::string good = mFolder.File("good.toml", head + "key = [{ name = \"K\", value = 5 }]\n");
+    EXPECT_EQ(Run({ "--metadata", repository, "check", good }).mExitCode, 0);
+    const std::string bad = mFolder.File("bad.toml", head + "key = [{ name = \"K\", value = 6 }]\n");
+    const ToolResult result = Run({ "--metadata", repository, "check", bad });
+    EXPECT_EQ(result.mExitCode, 1);
+    EXPECT_EQ(result.mErr, "zynconfig: error: key 1 (K) of bt in otp.1 is 6, and the metadata allows 0 to 5\n");
+}
+
 TEST_F(Samples, a_row_without_its_index_is_told_how_many_there_are)
 {
     EXPECT_THAT(Run({ "get", "Profile" }, mDescribed).mErr,

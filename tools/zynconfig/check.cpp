@@ -10,6 +10,8 @@
 #include "text.h"
 #include "value.h"
 
+#include <configtools/keywords.h>
+
 #include <algorithm>
 #include <charconv>
 #include <set>
@@ -76,7 +78,12 @@ std::string Mismatch(const ChipEntry & entry, const IMetadata & record)
     return {};
 }
 
-// Keys that are read by their record have been checked by then.
+// Keys that are read by their record have been checked by then, but for the type whose range no reader looks at.
+bool IsUnchecked(const ChipEntry & entry, const IMetadata & record)
+{
+    return entry.mElement->Metadata() != &record || record.InternalType() == keywords::TYPE_INTEGER;
+}
+
 std::vector<std::string> UncheckedKeys(const CSession & session, const CCatalog & catalog)
 {
     std::set<Key> unknown;
@@ -84,7 +91,7 @@ std::vector<std::string> UncheckedKeys(const CSession & session, const CCatalog 
     ForEachElement(session.Chip(), [&](const ChipEntry & entry) {
         const Key plain = { entry.mKey.mSubsystem, entry.mKey.mId, false, {} };
         const IMetadata * const record = catalog.Find(plain.mSubsystem, plain.mId);
-        if (record != nullptr && entry.mElement->Metadata() != record) {
+        if (record != nullptr && IsUnchecked(entry, *record)) {
             std::string mismatch = Mismatch(entry, *record);
             if (!mismatch.empty())
                 lines.push_back(std::move(mismatch));
