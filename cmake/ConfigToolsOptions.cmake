@@ -14,9 +14,12 @@ target_compile_options(configtools_warnings INTERFACE
 
 add_library(configtools_sanitizers INTERFACE)
 if(CONFIGTOOLS_SANITIZE)
-    set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    target_compile_options(configtools_sanitizers INTERFACE ${sanitizers} -g1
-        $<$<NOT:$<BOOL:$<TARGET_PROPERTY:CONFIGTOOLS_IS_TEST>>>:-O1>)
+    set(sanitizers -fsanitize=address -fsanitize=undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    # Tests are most of what is compiled: what they test is instrumented in full, they themselves for addresses.
+    set(is_test $<BOOL:$<TARGET_PROPERTY:CONFIGTOOLS_IS_TEST>>)
+    target_compile_options(configtools_sanitizers INTERFACE
+        "$<${is_test}:-fsanitize=address;-fno-omit-frame-pointer;-g0>"
+        "$<$<NOT:${is_test}>:${sanitizers};-g1;-O1>")
     target_link_options(configtools_sanitizers INTERFACE ${sanitizers})
 endif()
 
