@@ -173,6 +173,8 @@ void CElementFactory::DecodeStruct()
     WatchedSource source(*mSource);
     mCodec->Decode(source, *layout, &payload, mInspectAgain);   // its errors stand in the channel
     mWasAsked = mWasAsked || source.WasAsked();
+    if (!source.WasAsked())
+        mInspectAgain = false;   // or an array field of a struct without bits would have no end
 }
 
 void CElementFactory::OpenStruct(const IMetadata & metadata)

@@ -250,5 +250,17 @@ TEST_F(ByCodec, a_struct_in_octets_is_one_text_and_a_wrong_count_names_the_key)
         sink.mStatuses.front().mText, "reading data from binary - expected 2 octets, found 1 for psid=100");
 }
 
+TEST_F(ByCodec, an_array_field_in_a_struct_without_bits_ends_the_walk)
+{
+    const auto items = WithDetail(ARecord(0).Named("items").OfType("uint8").Array());
+    const auto record = ARecord(100).Shaped(METADATA_STRUCT).Build();
+    auto * const detail = new CMetadataDetailStruct(*record, true, false);
+    record->SetDetails(*detail);
+    detail->AddField("", items.get(), 0, 0);
+
+    EXPECT_EQ(TreeOf(Read(*record)), "{{}}");
+    EXPECT_TRUE(mSource.Calls().empty());
+}
+
 }   // namespace
 }   // namespace VrexZynConfigTools
