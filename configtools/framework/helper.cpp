@@ -33,7 +33,8 @@ std::vector<IPayload *> PayloadsOf(
     const IElementProvider & elements, const std::string & key, IConfigContext & context)
 {
     // Copying the list needs an element that isn't const, but changes nothing unless the payloads are transferred.
-    auto & element = const_cast<CElement &>(elements.Element(key, context));   // NOLINT(*-const-cast)
+    // NOLINTNEXTLINE(*-const-cast): the contract has the copy on an element that isn't const only
+    auto & element = const_cast<CElement &>(elements.Element(key, context));
     return element.GetPayloadCopy(false);
 }
 

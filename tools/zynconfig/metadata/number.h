@@ -13,8 +13,8 @@ class CNumber
 public:
     constexpr CNumber() = default;
 
-    /// Implicit: every such number is one of these.
-    constexpr CNumber(std::int64_t value)   // NOLINT(google-explicit-constructor)
+    // NOLINTNEXTLINE(google-explicit-constructor): implicit, because every such number is one of these
+    constexpr CNumber(std::int64_t value)
         : mIsNegative(value < 0)
         , mBits(static_cast<std::uint64_t>(value))
     {}
