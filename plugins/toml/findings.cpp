@@ -89,26 +89,6 @@ std::string Quoted(std::string_view text)
     return '"' + printable + (text.size() > QUOTE_LIMIT ? "...\"" : "\"");
 }
 
-const char * KindOf(const toml::node & node)
-{
-    switch (node.type()) {
-    case toml::node_type::table:
-        return "a table";
-    case toml::node_type::array:
-        return "an array";
-    case toml::node_type::string:
-        return "a text";
-    case toml::node_type::integer:
-        return "a whole number";
-    case toml::node_type::floating_point:
-        return "a number with a fraction";
-    case toml::node_type::boolean:
-        return "a boolean";
-    default:
-        return "a date or time";
-    }
-}
-
 std::string Expected(const std::vector<std::string> & known)
 {
     constexpr std::size_t MOST = 20;

@@ -52,9 +52,6 @@ std::string PlaceText(const std::string & path, const toml::source_position & pl
 /// User text between double quotes, made printable, cut where it is long.
 std::string Quoted(std::string_view text);
 
-/// What a node is, in words: "a whole number", "a text".
-const char * KindOf(const toml::node & node);
-
 /// `; expected "a", "b" or "c"`, cut where there are many.
 std::string Expected(const std::vector<std::string> & known);
 

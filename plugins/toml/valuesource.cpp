@@ -1,5 +1,7 @@
 #include "valuesource.h"
 
+#include <tomlsyntax/tomlsyntax.h>
+
 #include "findings.h"
 #include "recordfacts.h"
 
@@ -159,7 +161,8 @@ std::optional<std::uint64_t> CValueSource::Bits(const NumberType & type)
         return BitsOfText(text->get(), type);
     if (const auto * const integer = mLast->as_integer())
         return BitsOfInteger(integer->get(), type);
-    return Refuse("expected a whole number from " + RangeText(*mRecord, type) + ", found " + KindOf(*mLast));
+    return Refuse(
+        "expected a whole number from " + RangeText(*mRecord, type) + ", found " + tomlsyntax::KindOf(*mLast));
 }
 
 std::optional<std::uint64_t> CValueSource::BitsOfText(const std::string & text, const NumberType & type)
@@ -195,7 +198,8 @@ std::optional<std::int64_t> CValueSource::EnumNumber()
     using Limits = std::numeric_limits<std::int32_t>;
     const auto * const integer = mLast->as_integer();
     if (integer == nullptr && !mLast->is_string() && !mLast->is_table())
-        return Refuse(std::string("expected an enumerator by name or number, found ") + KindOf(*mLast));
+        return Refuse(
+            std::string("expected an enumerator by name or number, found ") + tomlsyntax::KindOf(*mLast));
     if (integer == nullptr) {
         const auto name = mValues.Text(*mLast, mLabel);
         mIsRefused = !name;

@@ -28,6 +28,9 @@ std::optional<toml::table> ParseText(std::string_view text, SyntaxError & error)
 /// the stack when it destroys them.
 std::optional<toml::source_position> FindOverlongKey(std::string_view text);
 
+/// What a value is, for messages: "a text", "an array".
+const char * KindOf(const toml::node & node);
+
 }   // namespace tomlsyntax
 
 #endif

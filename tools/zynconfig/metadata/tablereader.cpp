@@ -3,32 +3,14 @@
 #include "../text.h"
 #include "advice.h"
 
+#include <tomlsyntax/tomlsyntax.h>
+
 #include <algorithm>
 #include <limits>
 
 namespace zynconfig::metadata {
 
 namespace {
-
-const char * KindText(const toml::node & node)
-{
-    switch (node.type()) {
-    case toml::node_type::table:
-        return "a table";
-    case toml::node_type::array:
-        return "an array";
-    case toml::node_type::string:
-        return "a text";
-    case toml::node_type::integer:
-        return "a whole number";
-    case toml::node_type::floating_point:
-        return "a number with a fraction";
-    case toml::node_type::boolean:
-        return "a boolean";
-    default:
-        return "a date or time";
-    }
-}
 
 Place PlaceAt(std::size_t file, const toml::source_position & position)
 {
@@ -217,7 +199,7 @@ Value CTableReader::ValueOf(const toml::node & node) const
 {
     Value value;
     value.mPlace = PlaceOf(node);
-    value.mKindText = KindText(node);
+    value.mKindText = tomlsyntax::KindOf(node);
     if (const auto * number = node.as_integer())
         value.mContent = CNumber(number->get());
     else if (const auto * text = node.as_string())
@@ -249,7 +231,8 @@ void CTableReader::RefuseUnknown()
 
 void CTableReader::Mismatch(const toml::node & node, const std::string & name, const std::string & expected)
 {
-    mFindings.Error(PlaceOf(node), Quoted(name) + ": expected " + expected + ", found " + KindText(node));
+    mFindings.Error(
+        PlaceOf(node), Quoted(name) + ": expected " + expected + ", found " + tomlsyntax::KindOf(node));
 }
 
 }   // namespace zynconfig::metadata
