@@ -1,7 +1,7 @@
 #include "layouts.h"
 
-#include <configtools/framework/structcodec_plan.h>
-#include <configtools/framework/structcodec_walk.h>
+#include <configtools/framework/structcodec/plan.h>
+#include <configtools/framework/structcodec/walk.h>
 #include <configtools/keywords.h>
 #include <support/debug_capture.h>
 #include <support/framework_errors.h>

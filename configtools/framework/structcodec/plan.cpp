@@ -1,6 +1,6 @@
-#include "structcodec_plan.h"
+#include "plan.h"
 
-#include "structcodec_walk.h"
+#include "walk.h"
 #include <configtools/elements.h>
 #include <configtools/keywords.h>
 #include <messages/messages.h>

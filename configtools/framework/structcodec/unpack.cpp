@@ -1,8 +1,8 @@
 // Unpacks by a plan: what `CStructCodec::DoDecode` does, without asking the metadata.
 
-#include "structcodec_plan.h"
+#include "plan.h"
 
-#include "elements/payloadmaker.h"
+#include "../elements/payloadmaker.h"
 
 #include <string>
 #include <vector>

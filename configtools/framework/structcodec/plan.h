@@ -9,8 +9,8 @@
 #ifndef CONFIGTOOLS_STRUCTCODEC_PLAN_H
 #define CONFIGTOOLS_STRUCTCODEC_PLAN_H
 
-#include "metadata/changes.h"
-#include "structcodec_words.h"
+#include "../metadata/changes.h"
+#include "words.h"
 #include <configtools/metadata.h>
 #include <configtools/payloads.h>
 #include <configtools/types.h>

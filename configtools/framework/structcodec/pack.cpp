@@ -1,6 +1,6 @@
 // Packs by a plan: what `CStructCodec::DoEncode` does, without asking the metadata.
 
-#include "structcodec_plan.h"
+#include "plan.h"
 
 #include <algorithm>
 #include <array>

@@ -2,9 +2,9 @@
 
 #include <configtools/structcodec.h>
 
-#include "elements/payloadlist.h"
-#include "structcodec_plan.h"
-#include "structcodec_walk.h"
+#include "../elements/payloadlist.h"
+#include "plan.h"
+#include "walk.h"
 #include <configtools/elements.h>
 #include <configtools/keywords.h>
 #include <configtools/metadata.h>

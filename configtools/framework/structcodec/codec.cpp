@@ -1,8 +1,8 @@
 #include <configtools/structcodec.h>
 
-#include "elements/payloadmemory.h"
-#include "structcodec_plan.h"
-#include "structcodec_walk.h"
+#include "../elements/payloadmemory.h"
+#include "plan.h"
+#include "walk.h"
 #include <configtools/keywords.h>
 #include <configtools/metadata.h>
 #include <configtools/readerwriter.h>

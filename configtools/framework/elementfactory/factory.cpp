@@ -1,8 +1,8 @@
-// How `CElementFactory` follows the walk over a key. What it makes of values stands in elementfactory_values.cpp.
+// How `CElementFactory` follows the walk over a key. What it makes of values stands in values.cpp.
 
 #include <configtools/elementfactory.h>
 
-#include "elements/payloadlist.h"
+#include "../elements/payloadlist.h"
 #include <configtools/context.h>
 #include <configtools/elements.h>
 #include <configtools/keywords.h>

@@ -2,8 +2,8 @@
 
 #include <configtools/structcodec.h>
 
-#include "structcodec_plan.h"
-#include "structcodec_walk.h"
+#include "plan.h"
+#include "walk.h"
 #include <configtools/metadata.h>
 #include <messages/trace.h>
 
