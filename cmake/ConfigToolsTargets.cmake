@@ -27,3 +27,19 @@ function(configtools_add_program name)
     target_link_libraries(${name} PRIVATE ConfigTools::configtools ${arg_LIBRARIES} configtools_options)
     set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
 endfunction()
+
+# configtools_add_kit(<folder> SOURCES <file>... [LIBRARIES <library>...] [USES <library>...])
+# The static library kit_<folder>: what plug-ins and programs share. It is linked into modules, so it is built as they
+# are. LIBRARIES stand in its headers, USES in its sources only.
+function(configtools_add_kit folder)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES;USES")
+    set(name kit_${folder})
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
+    target_link_libraries(${name} PUBLIC ConfigTools::configtools ${arg_LIBRARIES} PRIVATE ${arg_USES} configtools_options)
+    set_target_properties(${name} PROPERTIES
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON
+        POSITION_INDEPENDENT_CODE ON)
+endfunction()

@@ -44,8 +44,8 @@ private:
     IConfigContext & mContext;
     IMetadataProvider * mProvider;
     CFindings & mFindings;
-    readcontexts::ContextOwner mFactoryContext;
-    readcontexts::ContextOwner mSubsystemContext;   // of the subsystem that is being filled
+    kit::reading::ContextOwner mFactoryContext;
+    kit::reading::ContextOwner mSubsystemContext;   // of the subsystem that is being filled
     CKeyBuilder mBuilder;
     const Store * mStore = nullptr;   // the same
     Content mContent;
@@ -83,7 +83,7 @@ Subsystem & CContentBuilder::SubsystemOf(const Store & store, const Chunk & chun
     auto & subsystems = mContent.mSubsystems;
     if (mStore != &store || subsystems.back().mPlace.mType != chunk.mSubsystemType) {
         subsystems.push_back({ { chunk.mSubsystemType, store.mDevice, store.mNumber }, {} });
-        mSubsystemContext = readcontexts::SubsystemContext(mContext, subsystems.back().mPlace);
+        mSubsystemContext = kit::reading::SubsystemContext(mContext, subsystems.back().mPlace);
         mStore = &store;
     }
     return subsystems.back();

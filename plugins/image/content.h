@@ -7,7 +7,7 @@
 #include "report.h"
 
 #include <configtools/elements.h>
-#include <readcontexts/contexts.h>
+#include <kit/reading/contexts.h>
 
 #include <memory>
 #include <string>
@@ -28,7 +28,7 @@ struct Key
 /// Keys of one subsystem that stand one after the other in a store.
 struct Subsystem
 {
-    readcontexts::SubsystemPlace mPlace;
+    kit::reading::SubsystemPlace mPlace;
     std::vector<Key> mKeys;
 };
 

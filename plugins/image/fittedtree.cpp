@@ -5,8 +5,8 @@
 #include <configtools/keywords.h>
 #include <configtools/metadata.h>
 #include <configtools/payloads.h>
-#include <structtree/scalars.h>
-#include <structtree/structtree.h>
+#include <kit/layout/scalars.h>
+#include <kit/layout/structtree.h>
 
 #include <algorithm>
 
@@ -46,7 +46,7 @@ std::unique_ptr<IPayload> Narrowed(IPayload & payload, std::size_t bits)
 {
     if (bits == WORD_BITS)
         return std::make_unique<CUint16Payload>(static_cast<std::uint16_t>(ValueOf(payload).value_or(0)));
-    return structtree::CopyNumber(payload);
+    return kit::layout::CopyNumber(payload);
 }
 
 class CTreeFitter
@@ -86,11 +86,11 @@ bool CTreeFitter::FitField(IPayload & value, const CStructField & field, CComple
     const IMetadata & record = *field.Metadata();
     auto * const list = dynamic_cast<CComplexPayload *>(&value);
     if (list != nullptr && record.MetadataType() == METADATA_STRUCT)
-        return FitStructField(*list, record, structtree::AddList(to, nullptr));
+        return FitStructField(*list, record, kit::layout::AddList(to, nullptr));
     if (list != nullptr && record.IsArray())
-        return FitArray(*list, field, structtree::AddList(to, nullptr));
+        return FitArray(*list, field, kit::layout::AddList(to, nullptr));
     if (list != nullptr) {   // the words of a wide field
-        CComplexPayload & words = structtree::AddList(to, nullptr);
+        CComplexPayload & words = kit::layout::AddList(to, nullptr);
         for (IPayload * const word : list->GetFields())
             words.AddField(Narrowed(*word, WORD_BITS).release());
         return true;
@@ -111,7 +111,7 @@ bool CTreeFitter::FitStructField(CComplexPayload & value, const IMetadata & reco
         return FitStruct(value, *layout, to);
     for (IPayload * const item : value.GetFields()) {
         auto * const instance = dynamic_cast<CComplexPayload *>(item);
-        if (instance == nullptr || !FitStruct(*instance, *layout, structtree::AddList(to, nullptr)))
+        if (instance == nullptr || !FitStruct(*instance, *layout, kit::layout::AddList(to, nullptr)))
             return false;
     }
     return true;
@@ -122,7 +122,7 @@ bool CTreeFitter::FitArray(CComplexPayload & items, const CStructField & field, 
     const IMetadata & record = *field.Metadata();
     const auto width = static_cast<std::size_t>(std::max(field.ElemBitWidth(), 0));
     const auto held =
-        static_cast<std::size_t>(structtree::ItemsHeld(field.ElemBitWidth(), record.InternalType()));
+        static_cast<std::size_t>(kit::layout::ItemsHeld(field.ElemBitWidth(), record.InternalType()));
     const std::size_t count = std::max(items.GetFields().size(), held);
     if (held > MAX_ITEMS) {
         mError = record.Name() + ": the metadata describes an array of " + std::to_string(held) + " items";

@@ -13,7 +13,7 @@ class CMetadataDetailStruct;
 
 namespace imageconfig {
 
-/// A copy of a tree that `structtree::CodecTree` made, for packing:
+/// A copy of a tree that `kit::layout::CodecTree` made, for packing:
 ///  - a value of a field, or an item of an array, of exactly 16 bits is a number of 16 bits, as packing passes over wider
 ///    ones, intended there;
 ///  - an array has all the items that its width holds, the last ones 0, as packing shares the width out among those there

@@ -1,7 +1,7 @@
 #include "imagefile.h"
 
 #include <configtools/keywords.h>
-#include <targetfile/targetfile.h>
+#include <kit/targetfile/targetfile.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -66,7 +66,7 @@ std::optional<Image> LoadImage(const std::string & path, std::string & error)
 
 bool SaveImage(const std::string & path, const Image & image, std::string & error)
 {
-    targetfile::CTargetFile file;
+    kit::targetfile::CTargetFile file;
     const bool isDone = file.Open(path, error) && file.Commit(ComposeImage(image), error);
     if (!isDone)
         error = path + ": " + keywords::ERROR_UNABLE_TO_WRITE_FILE + " (" + error + ')';

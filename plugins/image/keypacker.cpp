@@ -10,7 +10,7 @@
 #include <configtools/metadata.h>
 #include <configtools/structcodec.h>
 #include <configtools/zyncontext.h>
-#include <structtree/structtree.h>
+#include <kit/layout/structtree.h>
 
 namespace imageconfig {
 
@@ -90,11 +90,11 @@ void CKeyPacker::AddStruct(IPayload & payload, const IMetadata & record)
         return Fail(layout == nullptr ? "the metadata have no fields of the struct"
                                       : "a struct was given a plain value");
     constexpr std::uint64_t MAX_BITS = 8 * MAX_BYTES_OF_CHUNK;
-    const std::uint64_t bits = structtree::SizeInBits(*layout);
+    const std::uint64_t bits = kit::layout::SizeInBits(*layout);
     if (bits > MAX_BITS)
         return Fail("the metadata describe a struct of " + std::to_string(bits) + " bits; a chunk holds " +
                     std::to_string(MAX_BITS));
-    const structtree::Result result = structtree::CodecTree(*instance, *layout);
+    const kit::layout::Result result = kit::layout::CodecTree(*instance, *layout);
     if (result.mTree == nullptr)
         return Fail(result.mError);
     PackTree(*result.mTree, *layout);

@@ -5,7 +5,7 @@
 
 #include <configtools/context.h>
 #include <configtools/keywords.h>
-#include <readcontexts/storelayers.h>
+#include <kit/reading/storelayers.h>
 
 #include <algorithm>
 #include <array>
@@ -15,7 +15,7 @@
 
 namespace imageconfig {
 
-using namespace readcontexts;
+using namespace kit::reading;
 
 namespace {
 

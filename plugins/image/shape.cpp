@@ -3,7 +3,7 @@
 #include "words.h"
 
 #include <configtools/metadata.h>
-#include <structtree/structtree.h>
+#include <kit/layout/structtree.h>
 
 #include <algorithm>
 
@@ -19,7 +19,7 @@ std::size_t BytesOfOne(const RawKey & key, const IMetadata & record)
     if (record.MetadataType() == METADATA_ENUM)
         return WORDS_OF_ENUM * BYTES_OF_WORD;
     if (auto * const layout = dynamic_cast<CMetadataDetailStruct *>(record.Details())) {
-        const auto bits = static_cast<std::size_t>(structtree::SizeInBits(*layout));
+        const auto bits = static_cast<std::size_t>(kit::layout::SizeInBits(*layout));
         return key.mForm == Form::OCTETS ? (bits + 7) / 8 : (bits + 15) / 16 * BYTES_OF_WORD;
     }
     const auto type = TypeByKeyword(record.InternalType());

@@ -3,7 +3,7 @@
 #include "bytes.h"
 
 #include <configtools/keywords.h>
-#include <structtree/scalars.h>
+#include <kit/layout/scalars.h>
 
 #include <algorithm>
 #include <array>
@@ -61,7 +61,7 @@ std::optional<NumberType> TypeByPayload(PayloadTypeEnum payload)
 std::optional<std::uint64_t> ValueOf(IPayload & payload)
 {
     const auto type = ClassOf(payload);
-    const auto number = structtree::NumberOf(payload);
+    const auto number = kit::layout::NumberOf(payload);
     return type && number ? std::optional(Cut(*number, type->mBits, type->mIsSigned)) : std::nullopt;
 }
 

@@ -9,7 +9,7 @@
 #include "storesizes.h"
 
 #include <configtools/readerwriter.h>
-#include <targetfile/targetfile.h>
+#include <kit/targetfile/targetfile.h>
 
 #include <map>
 #include <optional>
@@ -69,7 +69,7 @@ private:
     std::string StoreName() const;
 
     std::string mPath;
-    targetfile::CTargetFile mFile;
+    kit::targetfile::CTargetFile mFile;
     StoreSizes mSizes;
     std::vector<OpenStore> mStores;
     std::map<std::pair<std::optional<int>, std::optional<int>>, std::size_t> mPlaces;   // in mStores

@@ -1,6 +1,6 @@
 #include "fileheader.h"
 
-#include "schema.h"
+#include <kit/metadataschema/schema.h>
 
 #include <configtools/keywords.h>
 
@@ -76,14 +76,14 @@ std::string WhyNoRepositoryHeader(const Header & header, std::uint64_t fileSize)
     if (std::string_view(reinterpret_cast<const char *>(header.data()), MAGIC.size()) != MAGIC)
         return "no metadata repository (the file doesn't begin as an SQLite database does)";
     const auto id = static_cast<std::int32_t>(NumberAt(header, AT_APPLICATION_ID));
-    if (id != APPLICATION_ID)
+    if (id != kit::metadataschema::APPLICATION_ID)
         return "no metadata repository (an SQLite database of another kind: its application_id is " +
-               std::to_string(id) + ", not " + std::to_string(APPLICATION_ID) + ')';
+               std::to_string(id) + ", not " + std::to_string(kit::metadataschema::APPLICATION_ID) + ')';
     const auto version = static_cast<std::int32_t>(NumberAt(header, AT_USER_VERSION));
-    if (version != SCHEMA_VERSION)
+    if (version != kit::metadataschema::SCHEMA_VERSION)
         return "the repository has version " + std::to_string(version) +
-               " of the schema; this plug-in reads version " + std::to_string(SCHEMA_VERSION) +
-               (version > SCHEMA_VERSION ? " (take a newer plug-in, or compile the metadata again)"
+               " of the schema; this plug-in reads version " + std::to_string(kit::metadataschema::SCHEMA_VERSION) +
+               (version > kit::metadataschema::SCHEMA_VERSION ? " (take a newer plug-in, or compile the metadata again)"
                                          : " (compile the metadata again)");
     // Reading such a database would create files beside it.
     if (header[AT_READ_VERSION] >= WRITE_AHEAD)

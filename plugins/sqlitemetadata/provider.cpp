@@ -9,15 +9,15 @@
 #include "soundness.h"
 
 #include <configtools/keywords.h>
-#include <nearestname/nearestname.h>
-#include <readcontexts/contexts.h>
+#include <kit/nearestname/nearestname.h>
+#include <kit/reading/contexts.h>
 
 #include <optional>
 
 namespace sqlitemetadata {
 
 using namespace VrexZynConfigTools;
-using namespace readcontexts;
+using namespace kit::reading;
 
 /// What is known of the file from one opening to the next.
 struct Repository
@@ -169,7 +169,7 @@ const std::vector<IChipInfo *> & CSqliteMetadataProvider::Chips(IConfigContext &
 
 std::string CSqliteMetadataProvider::NearestName(const std::string & name, IConfigContext & context)
 {
-    nearestname::CNearestName nearest(name);
+    kit::nearestname::CNearestName nearest(name);
     const bool isAnswered = Ask([&](Repository & repository) {
         for (const Subsystem * const subsystem : repository.mCatalogue.SelectedSubsystems(context))
             for (const std::string & candidate : repository.mRecords.NamesOf(subsystem->mId))

@@ -2,7 +2,7 @@
 
 #include "database.h"
 #include "report.h"
-#include "schema.h"
+#include <kit/metadataschema/schema.h>
 
 #include <string>
 #include <vector>
@@ -31,12 +31,12 @@ bool HasOurSchema(CDatabase & database)
 {
     static const Lines expected = [] {
         CDatabase model;
-        return model.OpenInMemory(SCHEMA_SQL) ? SchemaOf(model) : Lines();
+        return model.OpenInMemory(kit::metadataschema::SCHEMA_SQL) ? SchemaOf(model) : Lines();
     }();
     if (!expected.empty() && SchemaOf(database) == expected)
         return true;
     database.SetFault("no metadata repository, or a damaged one (its tables are not those of version " +
-                      std::to_string(SCHEMA_VERSION) + " of the schema)");
+                      std::to_string(kit::metadataschema::SCHEMA_VERSION) + " of the schema)");
     return false;
 }
 

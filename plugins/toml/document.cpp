@@ -6,8 +6,8 @@
 #include "typedkey.h"
 #include "values.h"
 
-#include <readcontexts/contexts.h>
-#include <tomlsyntax/tomlsyntax.h>
+#include <kit/reading/contexts.h>
+#include <kit/tomlsyntax/tomlsyntax.h>
 
 #include <map>
 #include <tuple>
@@ -42,7 +42,7 @@ public:
         }
         mValues.CheckFields(root, "the file", { field::CHIP, field::SUBSYSTEM });
         ReadChip(root);
-        mFileContext = readcontexts::FileContext(mCallerContext, mDocument.mChip);
+        mFileContext = kit::reading::FileContext(mCallerContext, mDocument.mChip);
         if (mLookup)
             mLookup->CheckChip(mDocument.mChipPlace, *mFileContext);
         if (const toml::node * subsystems = root.get(field::SUBSYSTEM))
@@ -91,7 +91,7 @@ private:
         subsystem.mDevice = ReadTag(table, field::DEVICE, DeviceWords(), -1);
         subsystem.mStore = ReadTag(table, field::STORE, {}, 0);
         mKeys = &subsystem.mKeys;
-        mSubsystemContext = readcontexts::SubsystemContext(
+        mSubsystemContext = kit::reading::SubsystemContext(
             *mFileContext, { subsystem.mType, subsystem.mDevice, subsystem.mStore });
         if (const toml::node * keys = table.get(field::KEY))
             EachTable(
@@ -145,8 +145,8 @@ private:
     CValueReader mValues;
     IConfigContext & mCallerContext;
     std::optional<CKeyLookup> mLookup;   // empty without metadata
-    readcontexts::ContextOwner mFileContext;
-    readcontexts::ContextOwner mSubsystemContext;   // of the subsystem that is being read
+    kit::reading::ContextOwner mFileContext;
+    kit::reading::ContextOwner mSubsystemContext;   // of the subsystem that is being read
     std::vector<Key> * mKeys = nullptr;             // of the subsystem that is being read
 };
 
@@ -164,8 +164,8 @@ Document ReadDocument(
     const std::string & text, CFindings & findings, IMetadataProvider * provider, IConfigContext & context)
 {
     Document document;
-    tomlsyntax::SyntaxError error;
-    if (const auto root = tomlsyntax::ParseText(text, error))
+    kit::tomlsyntax::SyntaxError error;
+    if (const auto root = kit::tomlsyntax::ParseText(text, error))
         CDocumentReader(document, findings, provider, context).Read(*root);
     else
         findings.Add(error.mPlace, error.mText);

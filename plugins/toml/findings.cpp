@@ -2,7 +2,7 @@
 
 #include "vocabulary.h"
 
-#include <nearestname/nearestname.h>
+#include <kit/nearestname/nearestname.h>
 
 #include <algorithm>
 
@@ -102,7 +102,7 @@ std::string Expected(const std::vector<std::string> & known)
 
 std::string Advice(const std::string & word, const std::vector<std::string> & known)
 {
-    const std::string nearest = nearestname::Nearest(word, known);
+    const std::string nearest = kit::nearestname::Nearest(word, known);
     if (!nearest.empty())
         return "; did you mean " + Quoted(nearest) + '?';
     return Expected(known);

@@ -4,7 +4,7 @@
 #include "recordfacts.h"
 #include "report.h"
 
-#include <structtree/structtree.h>
+#include <kit/layout/structtree.h>
 
 #include <configtools/keywords.h>
 
@@ -305,9 +305,9 @@ bool CKeyWalk::FitsField(const toml::node & node, const IMetadata & record, std:
 std::uint64_t CKeyWalk::HeldByField(const IMetadata & record) const
 {
     if (record.MetadataType() != METADATA_STRUCT)
-        return structtree::ItemsHeld(mWidth, record.InternalType());
+        return kit::layout::ItemsHeld(mWidth, record.InternalType());
     auto * const layout = dynamic_cast<CMetadataDetailStruct *>(record.Details());
-    const std::uint64_t size = layout != nullptr ? structtree::SizeInBits(*layout) : 0;
+    const std::uint64_t size = layout != nullptr ? kit::layout::SizeInBits(*layout) : 0;
     return size != 0 ? static_cast<std::uint64_t>(std::max(mWidth, 0)) / size : 0;
 }
 

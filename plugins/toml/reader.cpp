@@ -5,16 +5,16 @@
 
 #include <configtools/context.h>
 #include <configtools/keywords.h>
-#include <readcontexts/contexts.h>
-#include <readcontexts/storelayers.h>
-#include <tomlsyntax/tomlsyntax.h>
+#include <kit/reading/contexts.h>
+#include <kit/reading/storelayers.h>
+#include <kit/tomlsyntax/tomlsyntax.h>
 
 #include <algorithm>
 #include <iterator>
 
 namespace tomlconfig {
 
-using namespace readcontexts;
+using namespace kit::reading;
 
 namespace {
 
@@ -81,7 +81,7 @@ void CTomlReader::ReadFileAndDeliver(IConfigContext & context)
     if (!IsContextGood(context, mPath))
         return;
     std::string error;
-    const auto content = tomlsyntax::ReadFile(mPath, error);
+    const auto content = kit::tomlsyntax::ReadFile(mPath, error);
     if (!content)
         return ReportError(mPath + ": " + error);
 

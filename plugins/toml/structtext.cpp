@@ -5,7 +5,7 @@
 
 #include <configtools/keywords.h>
 #include <configtools/structcodec.h>
-#include <structtree/structtree.h>
+#include <kit/layout/structtree.h>
 
 #include <algorithm>
 #include <cstring>
@@ -166,7 +166,7 @@ std::optional<std::string> ListText(IPayload & payload, std::uint64_t held, Text
 std::uint64_t StructsHeld(const CStructField & field)
 {
     auto * const layout = dynamic_cast<CMetadataDetailStruct *>(field.Metadata()->Details());
-    const std::uint64_t size = layout != nullptr ? structtree::SizeInBits(*layout) : 0;
+    const std::uint64_t size = layout != nullptr ? kit::layout::SizeInBits(*layout) : 0;
     return size != 0 ? static_cast<std::uint64_t>(std::max(field.ElemBitWidth(), 0)) / size : 0;
 }
 
@@ -178,7 +178,7 @@ std::optional<std::string> FieldText(IPayload & payload, const CStructField & fi
         return isStruct ? StructText(payload, record) : PlainText(payload, field);
     if (isStruct)
         return ListText(payload, StructsHeld(field), [&](IPayload & item) { return StructText(item, record); });
-    return ListText(payload, structtree::ItemsHeld(field.ElemBitWidth(), record.InternalType()),
+    return ListText(payload, kit::layout::ItemsHeld(field.ElemBitWidth(), record.InternalType()),
         [&](IPayload & item) { return ItemText(item, record); });
 }
 
@@ -213,7 +213,7 @@ FieldTexts StructFields(CComplexPayload & instance, const IMetadata & record)
     auto * const layout = dynamic_cast<CMetadataDetailStruct *>(record.Details());
     if (layout == nullptr || instance.Type() != PAYLOAD_COMPLEX)
         return std::nullopt;
-    const structtree::Result result = structtree::CodecTree(instance, *layout);
+    const kit::layout::Result result = kit::layout::CodecTree(instance, *layout);
     return result.mTree != nullptr ? TreeFields(*result.mTree, record) : std::nullopt;
 }
 

@@ -1,6 +1,6 @@
 #include "values.h"
 
-#include <tomlsyntax/tomlsyntax.h>
+#include <kit/tomlsyntax/tomlsyntax.h>
 
 #include "findings.h"
 
@@ -49,7 +49,7 @@ const toml::node * CValueReader::Required(
 
 void CValueReader::AddMismatch(const toml::node & node, const std::string & name, const std::string & expected)
 {
-    mFindings.Add(node, Quoted(name) + ": expected " + expected + ", found " + tomlsyntax::KindOf(node));
+    mFindings.Add(node, Quoted(name) + ": expected " + expected + ", found " + kit::tomlsyntax::KindOf(node));
 }
 
 std::optional<std::string> CValueReader::Text(const toml::node & node, const std::string & name)

@@ -1,6 +1,6 @@
 #include "valuesource.h"
 
-#include <tomlsyntax/tomlsyntax.h>
+#include <kit/tomlsyntax/tomlsyntax.h>
 
 #include "findings.h"
 #include "recordfacts.h"
@@ -162,7 +162,7 @@ std::optional<std::uint64_t> CValueSource::Bits(const NumberType & type)
     if (const auto * const integer = mLast->as_integer())
         return BitsOfInteger(integer->get(), type);
     return Refuse(
-        "expected a whole number from " + RangeText(*mRecord, type) + ", found " + tomlsyntax::KindOf(*mLast));
+        "expected a whole number from " + RangeText(*mRecord, type) + ", found " + kit::tomlsyntax::KindOf(*mLast));
 }
 
 std::optional<std::uint64_t> CValueSource::BitsOfText(const std::string & text, const NumberType & type)
@@ -199,7 +199,7 @@ std::optional<std::int64_t> CValueSource::EnumNumber()
     const auto * const integer = mLast->as_integer();
     if (integer == nullptr && !mLast->is_string() && !mLast->is_table())
         return Refuse(
-            std::string("expected an enumerator by name or number, found ") + tomlsyntax::KindOf(*mLast));
+            std::string("expected an enumerator by name or number, found ") + kit::tomlsyntax::KindOf(*mLast));
     if (integer == nullptr) {
         const auto name = mValues.Text(*mLast, mLabel);
         mIsRefused = !name;

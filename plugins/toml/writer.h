@@ -9,7 +9,7 @@
 
 #include <configtools/readerwriter.h>
 #include <configtools/types.h>
-#include <targetfile/targetfile.h>
+#include <kit/targetfile/targetfile.h>
 
 #include <cstdint>
 #include <optional>
@@ -87,7 +87,7 @@ private:
     std::string WholeText();
 
     std::string mPath;
-    targetfile::CTargetFile mFile;
+    kit::targetfile::CTargetFile mFile;
     std::string mHead;
     std::vector<Block> mBlocks;
     std::string mLayerFilter;          // empty for a full write

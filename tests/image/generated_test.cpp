@@ -2,7 +2,7 @@
 
 #include "records.h"
 
-#include <structtree/structtree.h>
+#include <kit/layout/structtree.h>
 
 #include <random>
 
@@ -75,7 +75,7 @@ protected:
         std::string text = "struct " + std::to_string(element.PsId());
         auto & layout = dynamic_cast<CMetadataDetailStruct &>(*element.Metadata()->Details());
         for (IPayload * const instance : element.GetPayloadCopy(false)) {
-            const auto result = structtree::CodecTree(dynamic_cast<CComplexPayload &>(*instance), layout);
+            const auto result = kit::layout::CodecTree(dynamic_cast<CComplexPayload &>(*instance), layout);
             text += ' ' + (result.mTree != nullptr ? Text(*result.mTree) : result.mError);
         }
         return text;

@@ -14,7 +14,7 @@
 #include <configtools/readerwriterfactory.h>
 #include <configtools/subsystemconfig.h>
 #include <configtools/zyncontext.h>
-#include <structtree/trees.h>
+#include <kit/layout/trees.h>
 
 #include <gtest/gtest.h>
 #include <zlib.h>

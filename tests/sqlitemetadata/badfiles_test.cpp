@@ -147,7 +147,7 @@ TEST_F(BadFiles, of_another_kind_of_database_are_refused)
 {
     mRepository.Run("COMMIT; PRAGMA application_id = 7");
     ExpectRefused("no metadata repository (an SQLite database of another kind: its application_id is 7, not " +
-                  std::to_string(sqlitemetadata::APPLICATION_ID) + ")");
+                  std::to_string(kit::metadataschema::APPLICATION_ID) + ")");
 }
 
 TEST_F(BadFiles, of_a_newer_schema_are_refused)

@@ -8,7 +8,7 @@
 #ifndef TESTS_SQLITEMETADATA_REPOSITORY_BUILDER_H
 #define TESTS_SQLITEMETADATA_REPOSITORY_BUILDER_H
 
-#include <sqlitemetadata/schema.h>
+#include <kit/metadataschema/schema.h>
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -48,7 +48,7 @@ public:
         EXPECT_EQ(SQLITE_OK, sqlite3_open(path.c_str(), &mDatabase));
         Run("PRAGMA page_size = " + std::to_string(pageSize) +
             "; PRAGMA synchronous = OFF; PRAGMA journal_mode = MEMORY;");
-        Run(sqlitemetadata::SCHEMA_SQL);
+        Run(kit::metadataschema::SCHEMA_SQL);
         Run("BEGIN; PRAGMA foreign_keys = ON");
     }
     ~RepositoryBuilder() { Close(); }

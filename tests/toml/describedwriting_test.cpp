@@ -7,7 +7,7 @@
 #include <support/scripted_source.h>
 
 #include <configtools/structcodec.h>
-#include <structtree/structtree.h>
+#include <kit/layout/structtree.h>
 
 #include <gmock/gmock.h>
 
@@ -184,8 +184,8 @@ protected:
         auto unpacked = std::make_unique<CElementStruct>(element.PsId(), element.Name(), true);
         unpacked->Use(*element.Metadata());
         for (IPayload * payload : element.GetPayloadCopy(false)) {
-            const structtree::Result result =
-                structtree::CodecTree(dynamic_cast<CComplexPayload &>(*payload), layout);
+            const kit::layout::Result result =
+                kit::layout::CodecTree(dynamic_cast<CComplexPayload &>(*payload), layout);
             EXPECT_EQ(result.mError, "");
             CStructCodec codec;
             codec.Encode(*result.mTree, layout);
