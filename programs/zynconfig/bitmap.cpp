@@ -1,7 +1,7 @@
 #include "bitmap.h"
 
-#include "shape.h"
-#include "text.h"
+#include <workbench/shape.h>
+#include <workbench/text.h>
 
 #include <algorithm>
 #include <array>
@@ -9,6 +9,8 @@
 #include <optional>
 
 namespace zynconfig {
+
+using namespace workbench;
 
 namespace {
 

@@ -3,14 +3,15 @@
 #ifndef ZYNCONFIG_BITMAP_H
 #define ZYNCONFIG_BITMAP_H
 
-#include "layout.h"
 #include "lines.h"
+
+#include <workbench/layout.h>
 
 namespace zynconfig {
 
 /// Draws names where there is room for them, and letters, which the legend tells, where there isn't. A terminal that is
 /// too narrow for the map gets the legend alone.
-void AddBitMap(const Layout & layout, CLineMaker & lines);
+void AddBitMap(const workbench::Layout & layout, CLineMaker & lines);
 
 }   // namespace zynconfig
 

@@ -1,16 +1,16 @@
-#include "catalog.h"
-#include "chipwalk.h"
 #include "commands.h"
-#include "errors.h"
 #include "json.h"
-#include "losses.h"
 #include "session.h"
-#include "shape.h"
-#include "showmodel.h"
-#include "text.h"
-#include "value.h"
 
 #include <configtools/keywords.h>
+#include <workbench/catalog.h>
+#include <workbench/chipwalk.h>
+#include <workbench/errors.h>
+#include <workbench/losses.h>
+#include <workbench/shape.h>
+#include <workbench/showmodel.h>
+#include <workbench/text.h>
+#include <workbench/value.h>
 
 #include <algorithm>
 #include <charconv>
@@ -19,6 +19,7 @@
 namespace zynconfig {
 
 using namespace VrexZynConfigTools;
+using namespace workbench;
 
 namespace {
 
@@ -74,7 +75,7 @@ std::string Mismatch(const ChipEntry & entry, const IMetadata & record)
     if (told != nullptr && TypeText(*told) != TypeText(record))
         return name + " calls its type " + TypeText(*told) + ", and the metadata " + TypeText(record);
     if (HasRange(record) && !std::visit(RangeCheck{ record }, value.mContent))
-        return name + " is " + zynconfig::ToText(value) + ", and the metadata allows " + RangeText(record);
+        return name + " is " + workbench::ToText(value) + ", and the metadata allows " + RangeText(record);
     return {};
 }
 

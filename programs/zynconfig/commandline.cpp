@@ -1,11 +1,10 @@
 #include "commandline.h"
 
-#include "errors.h"
-#include "formats.h"
-#include "keytext.h"
-#include "text.h"
-
 #include <CLI/CLI.hpp>
+#include <workbench/errors.h>
+#include <workbench/formats.h>
+#include <workbench/keytext.h>
+#include <workbench/text.h>
 
 #include <algorithm>
 #include <array>
@@ -14,6 +13,8 @@
 #include <string_view>
 
 namespace zynconfig {
+
+using namespace workbench;
 
 namespace {
 

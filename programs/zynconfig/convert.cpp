@@ -1,11 +1,11 @@
 #include "commands.h"
-#include "errors.h"
-#include "losses.h"
 #include "session.h"
-#include "writewatch.h"
 
 #include <configtools/keywords.h>
 #include <configtools/stores.h>
+#include <workbench/errors.h>
+#include <workbench/losses.h>
+#include <workbench/writewatch.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -15,6 +15,7 @@
 namespace zynconfig {
 
 using namespace VrexZynConfigTools;
+using namespace workbench;
 
 namespace {
 

@@ -1,19 +1,21 @@
 #include "bitmap.h"
-#include "catalog.h"
 #include "commands.h"
-#include "defaults.h"
 #include "describejson.h"
-#include "errors.h"
 #include "lines.h"
 #include "session.h"
-#include "shape.h"
-#include "text.h"
+
+#include <workbench/catalog.h>
+#include <workbench/defaults.h>
+#include <workbench/errors.h>
+#include <workbench/shape.h>
+#include <workbench/text.h>
 
 #include <algorithm>
 
 namespace zynconfig {
 
 using namespace VrexZynConfigTools;
+using namespace workbench;
 
 namespace {
 

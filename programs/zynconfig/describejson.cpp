@@ -1,14 +1,16 @@
 #include "describejson.h"
 
 #include "json.h"
-#include "layout.h"
-#include "shape.h"
+
+#include <workbench/layout.h>
+#include <workbench/shape.h>
 
 #include <cstdlib>
 
 namespace zynconfig {
 
 using namespace VrexZynConfigTools;
+using namespace workbench;
 
 namespace {
 
@@ -85,8 +87,8 @@ Json JsonOf(const std::vector<DefaultValue> & defaults)
 {
     Json array = Json::array();
     for (const DefaultValue & each : defaults)
-        array.push_back({ { "indices", zynconfig::JsonOfIndices(each.mKey) }, { "value", JsonOf(each.mValue) },
-            { "text", ToText(each.mValue) } });
+        array.push_back({ { "indices", zynconfig::JsonOfIndices(each.mKey) },
+            { "value", zynconfig::JsonOf(each.mValue) }, { "text", ToText(each.mValue) } });
     return array;
 }
 

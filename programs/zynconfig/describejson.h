@@ -3,15 +3,15 @@
 #ifndef ZYNCONFIG_DESCRIBEJSON_H
 #define ZYNCONFIG_DESCRIBEJSON_H
 
-#include "catalog.h"
-#include "defaults.h"
+#include <workbench/catalog.h>
+#include <workbench/defaults.h>
 
 #include <string>
 #include <vector>
 
 namespace zynconfig {
 
-std::string RenderJson(const Record & record, const std::vector<DefaultValue> & defaults);
+std::string RenderJson(const workbench::Record & record, const std::vector<workbench::DefaultValue> & defaults);
 
 }   // namespace zynconfig
 

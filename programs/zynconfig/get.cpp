@@ -1,20 +1,21 @@
-#include "catalog.h"
 #include "commands.h"
-#include "errors.h"
 #include "json.h"
-#include "losses.h"
 #include "session.h"
-#include "text.h"
-#include "value.h"
 
 #include <configtools/helper.h>
 #include <configtools/keywords.h>
+#include <workbench/catalog.h>
+#include <workbench/errors.h>
+#include <workbench/losses.h>
+#include <workbench/text.h>
+#include <workbench/value.h>
 
 #include <limits>
 
 namespace zynconfig {
 
 using namespace VrexZynConfigTools;
+using namespace workbench;
 
 namespace {
 

@@ -1,18 +1,19 @@
-#include "catalog.h"
 #include "commands.h"
-#include "errors.h"
 #include "json.h"
 #include "lines.h"
-#include "losses.h"
 #include "session.h"
-#include "text.h"
 
 #include <configtools/helper.h>
 #include <configtools/stores.h>
+#include <workbench/catalog.h>
+#include <workbench/errors.h>
+#include <workbench/losses.h>
+#include <workbench/text.h>
 
 namespace zynconfig {
 
 using namespace VrexZynConfigTools;
+using namespace workbench;
 
 namespace {
 

@@ -1,8 +1,10 @@
 #include "json.h"
 
-#include "text.h"
+#include <workbench/text.h>
 
 namespace zynconfig {
+
+using namespace workbench;
 
 namespace {
 
@@ -12,7 +14,7 @@ Json JsonOf(const std::vector<Value> & values)
 {
     Json array = Json::array();
     for (const Value & value : values)
-        array.push_back(JsonOf(value));
+        array.push_back(zynconfig::JsonOf(value));
     return array;
 }
 

@@ -3,10 +3,9 @@
 #ifndef ZYNCONFIG_JSON_H
 #define ZYNCONFIG_JSON_H
 
-#include "place.h"
-#include "value.h"
-
 #include <nlohmann/json.hpp>
+#include <workbench/place.h>
+#include <workbench/value.h>
 
 #include <string>
 
@@ -19,16 +18,16 @@ inline constexpr int JSON_FORMAT = 1;   // goes up when a script that reads this
 /// JSON texts are UTF-8; what isn't is shown as in a table.
 std::string JsonText(const std::string & bytes);
 
-Json JsonOf(const Value & value);
+Json JsonOf(const workbench::Value & value);
 
 /// Null for NO_NUMBER.
 Json JsonOfNumber(int number);
 
 /// The name of the store's device; null where there is none.
-Json JsonOfDevice(const Store & store);
+Json JsonOfDevice(const workbench::Store & store);
 
 /// The indices of a table row; null for a plain key.
-Json JsonOfIndices(const Key & key);
+Json JsonOfIndices(const workbench::Key & key);
 
 /// The document as the tool prints it.
 std::string TextOf(const Json & document);

@@ -1,11 +1,12 @@
-#include "catalog.h"
 #include "commands.h"
-#include "errors.h"
 #include "json.h"
 #include "lines.h"
 #include "session.h"
-#include "shape.h"
-#include "text.h"
+
+#include <workbench/catalog.h>
+#include <workbench/errors.h>
+#include <workbench/shape.h>
+#include <workbench/text.h>
 
 #include <algorithm>
 #include <fnmatch.h>
@@ -13,6 +14,7 @@
 namespace zynconfig {
 
 using namespace VrexZynConfigTools;
+using namespace workbench;
 
 namespace {
 

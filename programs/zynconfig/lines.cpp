@@ -1,6 +1,6 @@
 #include "lines.h"
 
-#include "text.h"
+#include <workbench/text.h>
 
 #include <algorithm>
 #include <charconv>
@@ -9,6 +9,8 @@
 #include <unistd.h>
 
 namespace zynconfig {
+
+using namespace workbench;
 
 namespace {
 
@@ -90,7 +92,7 @@ void CLineMaker::AddWrapped(std::string_view text, std::size_t indent)
     while (!text.empty()) {
         const std::string_view word = text.substr(0, text.find(' ', text.find_first_not_of(' ')));
         text.remove_prefix(word.size());
-        if (!isEmpty && zynconfig::Columns(line) + zynconfig::Columns(word) > width) {
+        if (!isEmpty && workbench::Columns(line) + workbench::Columns(word) > width) {
             Add(line);
             line.assign(indent, ' ').append(word.substr(std::min(word.find_first_not_of(' '), word.size())));
         } else {

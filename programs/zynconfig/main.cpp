@@ -2,11 +2,11 @@
 
 #include "commandline.h"
 #include "commands.h"
-#include "errors.h"
-#include "metadata/compile.h"
 #include "session.h"
 
 #include <messages/messages.h>
+#include <workbench/compiler/compile.h>
+#include <workbench/errors.h>
 
 #include <csignal>
 #include <cstdint>
@@ -16,6 +16,7 @@
 
 namespace {
 
+using namespace workbench;
 using namespace zynconfig;
 
 constexpr std::uint32_t ALL_DEBUG_LEVELS = 3;
@@ -68,7 +69,7 @@ int Run(int argumentCount, char ** arguments)
         VrexZynConfigTools::CTheMsgHnd::SetDebugLevel(ALL_DEBUG_LEVELS);
 
     if (options.mCommand == Command::CompileMetadata)
-        return metadata::Compile(options.mFiles, options.mOutput) ? EXIT_DONE : EXIT_WRONG_DATA;
+        return compiler::Compile(options.mFiles, options.mOutput) ? EXIT_DONE : EXIT_WRONG_DATA;
 
     CSession session(options);
     const bool isDone = session.Load() && Do(options.mCommand, session);

@@ -1,17 +1,18 @@
 #include "session.h"
 
-#include "errors.h"
-#include "formats.h"
 #include "plugindir.h"
-#include "text.h"
 
 #include <configtools/keywords.h>
+#include <workbench/errors.h>
+#include <workbench/formats.h>
+#include <workbench/text.h>
 
 #include <algorithm>
 
 namespace zynconfig {
 
 using namespace VrexZynConfigTools;
+using namespace workbench;
 
 CSession::CSession(const Options & options)
     : mOptions(options)

@@ -4,13 +4,13 @@
 #define ZYNCONFIG_SESSION_H
 
 #include "commandline.h"
-#include "readwatch.h"
-#include "repository.h"
 
 #include <configtools/chipconfig.h>
 #include <configtools/readerwriter.h>
 #include <configtools/readerwriterfactory.h>
 #include <configtools/zyncontext.h>
+#include <workbench/readwatch.h>
+#include <workbench/repository.h>
 
 #include <memory>
 #include <string>
@@ -43,7 +43,7 @@ public:
 
     /// What was read; only after a read.
     VrexZynConfigTools::CChipConfig & Chip() const { return mReading->mChip; }
-    const CReadWatch & Watch() const { return mReading->mWatch; }
+    const workbench::CReadWatch & Watch() const { return mReading->mWatch; }
 
     /// Makes the writer of the output.
     std::unique_ptr<VrexZynConfigTools::IConfigWriter> CreateWriter();
@@ -52,7 +52,7 @@ private:
     struct Reading
     {
         VrexZynConfigTools::CChipConfig mChip;
-        CReadWatch mWatch{ mChip };
+        workbench::CReadWatch mWatch{ mChip };
     };
 
     bool HasPlugIn(const std::string & path, const std::string & format);
@@ -64,7 +64,7 @@ private:
     // The order decides: these end from the last to the first. Elements use records of the readers and of the metadata,
     // and all are code of the modules, which stay loaded as long as the process lives.
     VrexZynConfigTools::CReaderWriterFactory & mModules;
-    CRepository mRepository;
+    workbench::CRepository mRepository;
     std::vector<std::unique_ptr<VrexZynConfigTools::IConfigReader>> mReaders;
     std::unique_ptr<Reading> mReading;
 };

@@ -1,12 +1,15 @@
 #include "commands.h"
-#include "errors.h"
-#include "losses.h"
 #include "session.h"
 #include "showjson.h"
-#include "showmodel.h"
 #include "showtable.h"
 
+#include <workbench/errors.h>
+#include <workbench/losses.h>
+#include <workbench/showmodel.h>
+
 namespace zynconfig {
+
+using namespace workbench;
 
 bool Show(CSession & session)
 {

@@ -4,6 +4,8 @@
 
 namespace zynconfig {
 
+using namespace workbench;
+
 namespace {
 
 Json JsonOf(const ShownLayer & layer)
@@ -20,7 +22,7 @@ Json JsonOf(const ShownValue & value)
     return { { "layer", value.mLayer == 0 ? Json() : Json(value.mLayer) },
         { "device", JsonOfDevice(value.mStore) }, { "store", JsonOfNumber(value.mStore.mNumber) },
         { "name", JsonText(value.mName) }, { "winner", value.mIsWinner }, { "type", value.mValue.mType },
-        { "value", JsonOf(value.mValue) }, { "text", ToText(value.mValue) } };
+        { "value", zynconfig::JsonOf(value.mValue) }, { "text", ToText(value.mValue) } };
 }
 
 Json JsonOf(const ShownKey & key)

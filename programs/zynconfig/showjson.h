@@ -3,13 +3,13 @@
 #ifndef ZYNCONFIG_SHOWJSON_H
 #define ZYNCONFIG_SHOWJSON_H
 
-#include "showmodel.h"
+#include <workbench/showmodel.h>
 
 #include <string>
 
 namespace zynconfig {
 
-std::string RenderJson(const ShownChip & chip);
+std::string RenderJson(const workbench::ShownChip & chip);
 
 }   // namespace zynconfig
 

@@ -1,12 +1,14 @@
 #include "showtable.h"
 
-#include "text.h"
+#include <workbench/text.h>
 
 #include <algorithm>
 #include <iterator>
 #include <string_view>
 
 namespace zynconfig {
+
+using namespace workbench;
 
 namespace {
 

@@ -4,13 +4,14 @@
 #define ZYNCONFIG_SHOWTABLE_H
 
 #include "lines.h"
-#include "showmodel.h"
+
+#include <workbench/showmodel.h>
 
 #include <string>
 
 namespace zynconfig {
 
-std::string RenderTable(const ShownChip & chip, const TableStyle & style);
+std::string RenderTable(const workbench::ShownChip & chip, const TableStyle & style);
 
 }   // namespace zynconfig
 

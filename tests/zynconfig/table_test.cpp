@@ -1,5 +1,5 @@
 #include <showtable.h>
-#include <text.h>
+#include <workbench/text.h>
 
 #include <gmock/gmock.h>
 
@@ -9,6 +9,8 @@
 #include <vector>
 
 namespace zynconfig {
+
+using namespace workbench;
 
 namespace {
 

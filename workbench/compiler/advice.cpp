@@ -1,0 +1,32 @@
+#include "advice.h"
+
+#include <kit/nearestname/nearestname.h>
+#include <workbench/text.h>
+
+#include <cstddef>
+
+namespace workbench::compiler {
+
+namespace {
+
+constexpr std::size_t LONGEST_LIST = 16;   // words in a message
+
+}   // namespace
+
+std::string Advice(const std::string & word, const std::vector<std::string> & known)
+{
+    const std::string nearest = kit::nearestname::Nearest(word, known);
+    if (!nearest.empty())
+        return "; did you mean " + Quoted(nearest) + '?';
+    if (known.empty() || known.size() > LONGEST_LIST)
+        return "";
+    std::string list;
+    for (std::size_t position = 0; position < known.size(); ++position) {
+        if (position != 0)
+            list += position + 1 < known.size() ? ", " : " or ";
+        list += Quoted(known[position]);
+    }
+    return "; expected " + list;
+}
+
+}   // namespace workbench::compiler

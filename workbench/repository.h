@@ -1,0 +1,31 @@
+/// The metadata that the command line names: what the chip's keys mean.
+
+#ifndef WORKBENCH_REPOSITORY_H
+#define WORKBENCH_REPOSITORY_H
+
+#include <configtools/metadataprovider.h>
+
+#include <memory>
+#include <string>
+
+namespace workbench {
+
+/// Owns the provider. Its records live as long, so everything that uses them has to end before.
+class CRepository
+{
+public:
+    /// Opens the repository with a plug-in of the folder. False, with the reason reported, if it can't be used.
+    bool Open(const std::string & file, const std::string & plugInFolder);
+
+    /// Null before a successful `Open`.
+    VrexZynConfigTools::IMetadataProvider * Provider() const { return mProvider.get(); }
+
+private:
+    // Code of a module, which stays loaded as long as the process lives: what the library remembers of default values
+    // is older than any provider and ends later.
+    std::unique_ptr<VrexZynConfigTools::IMetadataProvider> mProvider;
+};
+
+}   // namespace workbench
+
+#endif

@@ -1,0 +1,55 @@
+/// What `zynconfig show` tells, before it becomes a table or JSON text.
+
+#ifndef WORKBENCH_SHOWMODEL_H
+#define WORKBENCH_SHOWMODEL_H
+
+#include "place.h"
+#include "value.h"
+
+#include <configtools/chipconfig.h>
+
+#include <string>
+#include <vector>
+
+namespace workbench {
+
+struct ShownLayer
+{
+    int mNumber;
+    Store mStore;
+    std::vector<int> mSubsystems;   // types, ascending
+};
+
+struct ShownValue
+{
+    int mLayer;   // 0 for none
+    Store mStore;
+    std::string mName;   // the key's in this layer
+    Value mValue;
+    bool mIsWinner;   // the value that holds
+};
+
+struct ShownKey
+{
+    Key mKey;
+    std::vector<ShownValue> mValues;   // from the bottom layer up
+};
+
+struct ShownChip
+{
+    std::string mLabel;
+    std::vector<ShownLayer> mLayers;   // from the bottom up
+    std::vector<ShownKey> mKeys;       // by subsystem, number and indices
+
+    /// Keys of which no value wins although they stand in a layer, a line each.
+    std::vector<std::string> mHidden;
+};
+
+/// Takes the chip's picture. Which value wins is the library's answer to a lookup from the topmost layer down, by the
+/// text of the key's number and indices; where that finds nothing (a number above 2147483647), by its name, and then by
+/// its plain number.
+ShownChip MakeShownChip(const VrexZynConfigTools::CChipConfig & chip, const std::string & label);
+
+}   // namespace workbench
+
+#endif
