@@ -1,8 +1,9 @@
-# What scripts/demo, scripts/test and scripts/tidy share; sourced, not run.
+# What the other scripts of this folder share; sourced, not run.
 
 BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libtomlplusplus-dev libsqlite3-dev zlib1g-dev)
 TEST_PACKAGES=(clang libgtest-dev libgmock-dev libbenchmark-dev pkgconf)
-TIDY_PACKAGES=(clang-tidy)
+TIDY_PACKAGES=(clang clang-tidy)
+DOCS_PACKAGES=(doxygen)
 
 SCRIPT=$(basename "$0")
 ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -12,6 +13,18 @@ STEP="starting"
 say() { printf '\n==> %s\n' "$*"; }
 begin() { STEP=$1; say "$1"; }
 run() { printf '$ %s\n' "$*"; "$@"; }
+
+# arguments_are <option or ""> "$@": rejects what the script doesn't take: it takes nothing, or the option.
+arguments_are() {
+    local option=$1
+    shift
+    if [ "$#" -gt 1 ] || { [ "$#" -eq 1 ] && [ "$1" != "$option" ]; }; then
+        STEP="reading the arguments"
+        echo "$SCRIPT takes no such arguments: $*" >&2
+        echo "usage: scripts/$SCRIPT${option:+ [$option]}" >&2
+        exit 2
+    fi
+}
 
 # The last line of every script is one clear word.
 finish() {
