@@ -27,3 +27,11 @@ function(configtools_add_test)
     set_target_properties(${arg_NAME} PROPERTIES CXX_EXTENSIONS OFF CONFIGTOOLS_IS_TEST ON)
     gtest_discover_tests(${arg_NAME} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${arg_NAME}/" PROPERTIES TIMEOUT 120)
 endfunction()
+
+# configtools_add_static_test(<arguments of add_test>...)
+# A test of sources, compilers or built files. A sanitizer has nothing to check there, and may change what is built.
+function(configtools_add_static_test)
+    if(NOT CONFIGTOOLS_SANITIZE)
+        add_test(${ARGV})
+    endif()
+endfunction()
