@@ -19,4 +19,5 @@ function(configtools_add_module name)
         CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
+    set_property(GLOBAL APPEND PROPERTY CONFIGTOOLS_MODULES ${name})   # for tests of all modules of a build
 endfunction()

@@ -17,6 +17,7 @@ function(configtools_add_objects name)
         CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden   # VISIBILITY_INLINES_HIDDEN would drop inline members of exported classes
         POSITION_INDEPENDENT_CODE ON)
+    set_property(GLOBAL APPEND PROPERTY CONFIGTOOLS_FLOORS ${name})   # what the library is linked from
 endfunction()
 
 # configtools_add_program(<name> SOURCES <file>... [LIBRARIES <library>...])
