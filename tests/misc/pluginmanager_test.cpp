@@ -24,8 +24,11 @@ using support::ContentOf;
 using support::DebugCapture;
 using support::ModuleFolder;
 using support::TestModule;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 using Names = std::list<std::string>;
 
 namespace {
@@ -456,17 +459,21 @@ TEST(CPluginManager, leaves_out_a_module_for_another_machine)
     }
 }
 
-TEST(CPluginManager, tells_what_it_tries_and_what_cannot_be_loaded)
+TEST(CPluginManager, traces_what_it_tries_and_why_something_is_not_loaded)
 {
     ModuleFolder folder;
-    folder.With("alpha").WithFile("text.zpm", "no module");
+    folder.With("alpha").WithFile("text.zpm", std::string(100, ' ')).With("unresolved");
     const DebugCapture capture;
     AManager manager;
     manager.Load(folder.Path(), "*.zpm");
     const std::string alpha = folder.PathOf("alpha.zpm");
     const std::string text = folder.PathOf("text.zpm");
+    const std::string unresolved = folder.PathOf("unresolved.zpm");
     EXPECT_THAT(capture.TextsOf("plugin::CPluginManager::LoadModule"),
-        ElementsAre("Try loading " + alpha, "Try loading " + text, "Error loading module " + text));
+        ElementsAre("Try loading " + alpha, "Try loading " + text, "Error loading module " + text,
+            "The reason: the file is not in ELF format", "Try loading " + unresolved,
+            "Error loading module " + unresolved,
+            AllOf(StartsWith("The reason: "), HasSubstr("undefined symbol"))));
     for (const auto & line : capture.Lines()) {
         const bool isOwn = line.mFunction.rfind("plugin::", 0) == 0;
         EXPECT_EQ(line.mGroup, isOwn ? GROUP_FRAMEWORK : GROUP_UTILITIES);

@@ -1,18 +1,20 @@
-/// Whether a file can be given to the system's module loader.
+/// What can be judged of a file before the system's module loader maps it.
 ///
-/// That loader checks little of what it maps: a module that was cut short or damaged makes it read or write wild
-/// addresses, or call them, and the process dies before anybody can refuse the module. This check walks all tables
-/// that the loader walks. It can't tell damage in code and data from the code and data that were meant.
+/// The loader maps segments without asking whether the file has them, and the process ends where it reads beyond the
+/// file's end. What the tables within the segments hold isn't judged: whatever the loader accepts must pass here.
 
 #ifndef MISC_ELFCHECK_H
 #define MISC_ELFCHECK_H
 
-#include <cstddef>
+#include <misc/platform.h>
+
+#include <string>
 
 namespace elfcheck {
 
-/// Whether the `size` bytes at `content` are a whole module for this machine, with sound tables.
-bool IsSound(const unsigned char * content, std::size_t size);
+/// What keeps the file at `path` from being given to the loader; `LoadFailure::None` for nothing. Links are followed.
+/// A file that can be seen to be no regular one is not opened.
+platform::LoadFailure Check(const std::string & path);
 
 }   // namespace elfcheck
 

@@ -39,10 +39,27 @@ SearchResult FindEntries(const std::string & searchPath, std::vector<std::string
 using ModuleHandle = void *;   // null is no module
 using EntryPoint = void (*)();
 
-/// Loads the shared module at `path`. A path without a directory means the current one. Null on failure: also for
-/// what is no regular file, and for a file that is cut short or corrupted, as far as its headers and tables show.
-/// Each success needs one `CloseModule`.
-ModuleHandle OpenModule(const std::string & path);
+/// Why a module can't be loaded. All but the last are found without the system's loader.
+enum class LoadFailure
+{
+    None,
+    UnusablePath,     // with a NUL, or with a word that the loader would replace by a folder of its own
+    NotRegularFile,   // or there is nothing
+    Unreadable,
+    NotElf,
+    OtherMachine,         // made for another class of machine, byte order or processor
+    NotShared,            // not a shared module
+    HeadersOutsideFile,   // the program headers reach beyond the end of the file
+    SegmentOutsideFile,   // a loaded segment does
+    RejectedByLoader
+};
+
+/// For debug output: `failure` in words; for `RejectedByLoader` the loader's own, which last until it is called again.
+const char * TextOf(LoadFailure failure);
+
+/// Loads the shared module at `path`. A path without a directory means the current one. Null on failure, with the
+/// reason in `failure`. Each success needs one `CloseModule`.
+ModuleHandle OpenModule(const std::string & path, LoadFailure & failure);
 
 /// The function of this name that the module itself exports; null if it exports none, also when a library that it
 /// is linked to does.

@@ -4,11 +4,8 @@
 
 #include <dirent.h>
 #include <dlfcn.h>
-#include <fcntl.h>
 #include <link.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -54,65 +51,6 @@ struct DirectoryCloser
     void operator()(DIR * directory) const { closedir(directory); }
 };
 
-class CFileDescriptor
-{
-public:
-    explicit CFileDescriptor(int descriptor)
-        : mDescriptor(descriptor)
-    {}
-    CFileDescriptor(const CFileDescriptor &) = delete;
-    CFileDescriptor & operator=(const CFileDescriptor &) = delete;
-    ~CFileDescriptor()
-    {
-        if (mDescriptor >= 0)
-            close(mDescriptor);
-    }
-    int Get() const { return mDescriptor; }
-
-private:
-    int mDescriptor;   // negative for none
-};
-
-/// The content of a file, as long as this object lives.
-class CMappedFile
-{
-public:
-    CMappedFile(int descriptor, std::size_t size)
-        : mContent(mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor, 0))
-        , mSize(size)
-    {}
-    CMappedFile(const CMappedFile &) = delete;
-    CMappedFile & operator=(const CMappedFile &) = delete;
-    ~CMappedFile()
-    {
-        if (IsMapped())
-            munmap(mContent, mSize);
-    }
-    bool IsMapped() const { return mContent != MAP_FAILED; }
-    const unsigned char * Content() const { return static_cast<const unsigned char *>(mContent); }
-
-private:
-    void * mContent;
-    std::size_t mSize;   // in bytes
-};
-
-/// Whether the file at `path` looks like a module that the system loader survives: that one trusts what it maps, and
-/// a damaged file would kill the process.
-bool IsSoundModule(const std::string & path)
-{
-    // To open a pipe or a device does something to it, and a pipe would wait for its writer but for O_NONBLOCK.
-    struct stat status = {};
-    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
-        return false;
-    const CFileDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    if (file.Get() < 0 || fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= 0)
-        return false;
-
-    const auto size = static_cast<std::size_t>(status.st_size);
-    const CMappedFile mapped(file.Get(), size);
-    return mapped.IsMapped() && elfcheck::IsSound(mapped.Content(), size);
-}
-
 /// The system loader puts a directory of its own in place of such a word.
 bool HasLoaderWord(const std::string & path)
 {
@@ -121,6 +59,14 @@ bool HasLoaderWord(const std::string & path)
     return std::any_of(WORDS.begin(), WORDS.end(),
         [&path](std::string_view word) { return path.find(word) != std::string::npos; });
 }
+
+constexpr std::array<const char *, static_cast<std::size_t>(LoadFailure::RejectedByLoader)> FAILURE_TEXTS = {
+    "nothing is wrong", "the path has a NUL or a word that the loader replaces", "there is no regular file",
+    "the file can't be read", "the file is not in ELF format", "it is made for another machine",
+    "it is not a shared module", "its program headers reach beyond the end of the file",
+    "a segment reaches beyond the end of the file"
+};
+static_assert(FAILURE_TEXTS.back() != nullptr);
 
 /// Whether an address is code of the module that was loaded at `mBase`.
 struct CodeQuestion
@@ -177,13 +123,27 @@ SearchResult FindEntries(const std::string & searchPath, std::vector<std::string
     return names.empty() ? SearchResult::NoMatch : SearchResult::Found;
 }
 
-ModuleHandle OpenModule(const std::string & path)
+const char * TextOf(LoadFailure failure)
 {
+    if (failure != LoadFailure::RejectedByLoader)
+        return FAILURE_TEXTS.at(static_cast<std::size_t>(failure));
+    const char * const text = dlerror();
+    return text != nullptr ? text : "the loader rejects it";
+}
+
+ModuleHandle OpenModule(const std::string & path, LoadFailure & failure)
+{
+    failure = LoadFailure::UnusablePath;
     if (!IsPossiblePath(path) || HasLoaderWord(path))
         return nullptr;
     // A bare name would be looked for in the folders of the system's libraries.
     const std::string place = path.find(SEPARATOR) == std::string::npos ? "./" + path : path;
-    return IsSoundModule(place) ? dlopen(place.c_str(), RTLD_NOW | RTLD_LOCAL) : nullptr;
+    failure = elfcheck::Check(place);
+    if (failure != LoadFailure::None)
+        return nullptr;
+    const ModuleHandle module = dlopen(place.c_str(), RTLD_NOW | RTLD_LOCAL);
+    failure = module != nullptr ? LoadFailure::None : LoadFailure::RejectedByLoader;
+    return module;
 }
 
 EntryPoint FindEntryPoint(ModuleHandle module, const char * name)

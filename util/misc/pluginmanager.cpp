@@ -122,9 +122,11 @@ void CPluginManager::LoadModule(const std::string & path)
     ZYN_SENTRY("plugin::CPluginManager::LoadModule");
     ZYN_TRACE(3, "Try loading %s", path.c_str());
 
-    OpenedModule opened(platform::OpenModule(path));
+    platform::LoadFailure failure = {};
+    OpenedModule opened(platform::OpenModule(path, failure));
     if (!opened) {
         ZYN_TRACE(3, "Error loading module %s", path.c_str());
+        ZYN_TRACE(3, "The reason: %s", platform::TextOf(failure));
         return;
     }
     const auto nameFunction = platform::FindEntryPoint(opened.get(), mNameFunction.c_str());
