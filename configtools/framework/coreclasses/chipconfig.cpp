@@ -117,6 +117,12 @@ bool IsInLayer(CSubsystemConfig & subsystem, int layer)
 
 }   // namespace
 
+CWinnerLedger * CWinnerLedger::Of(IConfigReaderElementObserver * observer)
+{
+    auto * const chip = dynamic_cast<CChipConfig *>(observer);
+    return chip != nullptr ? chip->mWinners.get() : nullptr;
+}
+
 CChipConfig::CChipConfig()
     : mWinners(std::make_unique<CWinnerLedger>())
     , mStamp(NewStamp())
@@ -151,7 +157,7 @@ CSubsystemConfig & CChipConfig::CreateAndAddSubsystem(IConfigContext & context)
         ZYN_HANDLER(zynFunction).SetErrorMsg(0, keywords::ERROR_INVALID_CONTEXT);
         return DiscardingSubsystem();
     }
-    auto made = std::make_unique<CSubsystemConfig>(*base, this);
+    std::unique_ptr<CSubsystemConfig> made(new CSubsystemConfig(*base, this, mWinners.get()));
     mSubsystems.emplace(key, made.get());
     mStamp = NewStamp();
     return *made.release();   // the map owns it now

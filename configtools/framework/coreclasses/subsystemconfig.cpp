@@ -4,7 +4,6 @@
 #include "elementindex.h"
 #include "winnerledger.h"
 
-#include <configtools/chipconfig.h>
 #include <configtools/keywords.h>
 #include <configtools/metadata.h>
 #include <messages/trace.h>
@@ -70,15 +69,19 @@ struct CSubsystemConfig::Query
 };
 
 CSubsystemConfig::CSubsystemConfig(CBaseContext & context, IConfigReaderElementObserver * observer)
+    : CSubsystemConfig(context, observer, CWinnerLedger::Of(observer))
+{}
+
+CSubsystemConfig::CSubsystemConfig(
+    CBaseContext & context, IConfigReaderElementObserver * observer, CWinnerLedger * winners)
     : mType(static_cast<unsigned short>(context.SubsystemType()))
     , mContext(nullptr)
     , mObserver(observer)
     , mIndex(std::make_unique<CElementIndex>())
+    , mWinners(winners)
 {
     ZYN_CONSTRUCTOR(GROUP_CORE_CLASSES, "VrexZynConfigTools::CSubsystemConfig::CSubsystemConfig");
 
-    if (const auto * chip = dynamic_cast<CChipConfig *>(observer))
-        mWinners = chip->mWinners.get();
     mContext = CloneOf(context).release();
 }
 
@@ -327,7 +330,7 @@ CSubsystemConfig::ElementList::iterator CSubsystemConfig::ElementIterator(
 {
     ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::ElementIterator");
 
-    // By way of the text, intended: a number above 2147483647 is none there and selects nothing.
+    // By way of the text, intended: above 2147483647 it is no number there but a name, and selects by name.
     return ElementIterator(std::to_string(id), indices);
 }
 

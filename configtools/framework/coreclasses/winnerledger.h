@@ -4,16 +4,22 @@
 #define CONFIGTOOLS_WINNERLEDGER_H
 
 #include <unordered_map>
+#include <utility>
 
 namespace VrexZynConfigTools {
 
 class CElement;
+class IConfigReaderElementObserver;
 
 /// A chip configuration keeps the winners of a filtered read; its subsystems replace and delete elements. The ledger
 /// stands between them: it follows places that hold an element's address.
 class CWinnerLedger
 {
 public:
+    /// The ledger of the chip configuration that `observer` is; null for any other observer. Implemented with the chip
+    /// configuration, so that what is below it needn't know that class.
+    static CWinnerLedger * Of(IConfigReaderElementObserver * observer);
+
     /// Lets `place` point at `element` and follows it from now on, in place of what it held before.
     void Set(CElement *& place, CElement * element)
     {

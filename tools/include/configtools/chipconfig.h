@@ -115,7 +115,7 @@ private:
     bool WriteAllLayers(IConfigWriter & writer, IConfigContext & context);
     bool WriteFilteredLayers(IConfigWriter & writer, IConfigContext & context);
 
-    friend class CSubsystemConfig;
+    friend class CWinnerLedger;
     static CSubsystemConfig & DiscardingSubsystem();
     CSubsystemConfig * FindSubsystem(IConfigContext & context);
     template <typename LookUpT>

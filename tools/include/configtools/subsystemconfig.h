@@ -74,6 +74,9 @@ private:
     friend class CChipConfig;
     using ElementList = std::list<CElement *>;
 
+    /// As a chip makes its subsystems: `winners`, which stays the chip's and may be null, is notified of elements that go.
+    CSubsystemConfig(CBaseContext & context, IConfigReaderElementObserver * observer, CWinnerLedger * winners);
+
     /// Takes ownership of `element` and is always true. With indices in the context ("num_indices" present, and the
     /// values of all tags whose key contains "index") the element becomes a table row. The tag "insertmode" decides
     /// about one that is there already: "overwrite" replaces it, "new" keeps it and deletes the newcomer, anything
@@ -104,7 +107,7 @@ private:
     CBaseContext * mContext;                    // owned
     IConfigReaderElementObserver * mObserver;   // not owned, may be null
     std::unique_ptr<CElementIndex> mIndex;      // finds in mElements what a walk would find
-    CWinnerLedger * mWinners = nullptr;         // the chip's, told of elements that go; null outside a chip
+    CWinnerLedger * mWinners;                   // not owned, notified of elements that go; null outside a chip
     bool mDiscards = false;                     // keeps nothing of what it is given
 };
 
