@@ -59,8 +59,9 @@ public:
     bool ElementsIsEmpty(std::uint32_t id);
 
     /// Removes and deletes every element that key and indices select. With null, plain elements and what the text's
-    /// own indices name; else the rows with these indices (and plain elements, whatever the indices, intended). The
-    /// number goes through its text, so that one above 2147483647 selects nothing, intended.
+    /// own indices name; else the rows with these indices (and plain elements, whatever the indices, intended: a plain
+    /// element is the same as any row of its number). The number is looked up by its decimal text, intended: above
+    /// 2147483647 that is no number but a name, and what is removed are the elements of that name.
     void RemoveElement(std::uint32_t id, const std::vector<std::uint32_t> * indices);
     void RemoveElement(const std::string & key, const std::vector<std::uint32_t> * indices);
 
