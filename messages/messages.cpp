@@ -1,5 +1,6 @@
 #include <messages/messages.h>
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
@@ -10,16 +11,18 @@
 namespace VrexZynConfigTools {
 
 /// Made on the heap and reachable from the static table, so that nothing here needs a destructor at exit.
-struct CMessageHandler::ErrorRecord
+struct CMessageHandler::Error
 {
     short mCode;
     std::string mText;
+    std::vector<ErrorRecord> mRecords;   // empty for an error that was recorded by its text alone
 };
 
 constinit CTheMsgHnd CTheMsgHnd::mInstance;
 constinit CMessageHandler CTheMsgHnd::mHandlers[GROUP_COUNT];
 constinit std::uint64_t CTheMsgHnd::mDebugLimit = 0;
 constinit IMessageSink * CTheMsgHnd::mSink = nullptr;
+constinit const ErrorRecord * CTheMsgHnd::mStatusRecord = nullptr;
 
 namespace {
 
@@ -74,33 +77,56 @@ private:
     const char * mText = nullptr;
 };
 
+// A record for each line of `text`, and one for an empty text.
+std::vector<ErrorRecord> RecordsOfText(const std::string & text)
+{
+    std::vector<ErrorRecord> records;
+    std::size_t begin = 0;
+    do {
+        const std::size_t end = std::min(text.find('\n', begin), text.size());
+        records.emplace_back();
+        records.back().mText = text.substr(begin, end - begin);
+        begin = end + 1;
+    } while (begin < text.size());
+    return records;
+}
+
 }   // namespace
 
 bool CMessageHandler::SetErrorMsg(short code, const std::string & text)
 {
-    auto record = std::make_unique<ErrorRecord>(ErrorRecord{ code, text });
-    const std::unique_ptr<ErrorRecord> former(
-        std::exchange(mError, record.release()));   // the table owns it now
+    return SetErrorMsg(code, text, {});
+}
+
+bool CMessageHandler::SetErrorMsg(short code, const std::string & text, std::vector<ErrorRecord> records)
+{
+    auto error = std::make_unique<Error>(Error{ code, text, std::move(records) });
+    const std::unique_ptr<Error> former(std::exchange(mError, error.release()));   // the table owns it now
     return true;
 }
 
 bool CMessageHandler::ModifyErrorMsg(short /*code*/, const std::string & text, GroupEnum group)
 {
-    ErrorRecord * const error = CTheMsgHnd::mHandlers[group].mError;
+    Error * const error = CTheMsgHnd::mHandlers[group].mError;
     if (error == nullptr)
         return false;
-    error->mText = error->mText + ": " + text;
+    const std::string addition = ": " + text;
+    std::string amended =
+        error->mText + addition;   // made first, so that nothing is half done if memory is short
+    if (!error->mRecords.empty())
+        error->mRecords.back().mText += addition;
+    error->mText.swap(amended);
     return true;
 }
 
 void CMessageHandler::ClearError(GroupEnum group)
 {
-    const std::unique_ptr<ErrorRecord> former(std::exchange(CTheMsgHnd::mHandlers[group].mError, nullptr));
+    const std::unique_ptr<Error> former(std::exchange(CTheMsgHnd::mHandlers[group].mError, nullptr));
 }
 
 bool CMessageHandler::GetErrorMsg(GroupEnum group, short & code, std::string & text) const
 {
-    const ErrorRecord * const error = CTheMsgHnd::mHandlers[group].mError;
+    const Error * const error = CTheMsgHnd::mHandlers[group].mError;
     if (error == nullptr)
         return false;
     text = error->mText;
@@ -108,10 +134,28 @@ bool CMessageHandler::GetErrorMsg(GroupEnum group, short & code, std::string & t
     return true;
 }
 
+std::vector<ErrorRecord> CMessageHandler::ErrorRecords(GroupEnum group) const
+{
+    const Error * const error = CTheMsgHnd::mHandlers[group].mError;
+    if (error == nullptr)
+        return {};
+    return error->mRecords.empty() ? RecordsOfText(error->mText) : error->mRecords;
+}
+
 void CMessageHandler::NotifyStatus(StatusLevels level, const std::string & text)
 {
     const auto group = static_cast<GroupEnum>(this - CTheMsgHnd::mHandlers);
     TellSink(CTheMsgHnd::mSink, [&](IMessageSink & sink) { sink.OnStatus(group, level, text); });
+}
+
+void CMessageHandler::NotifyStatus(StatusLevels level, const std::string & text, const ErrorRecord & record)
+{
+    // A message that a sink causes is not passed on: it must not replace the record that the sink is reading.
+    const ErrorRecord * const former = CTheMsgHnd::mStatusRecord;
+    if (former == nullptr)
+        CTheMsgHnd::mStatusRecord = &record;
+    NotifyStatus(level, text);   // lets no exception out
+    CTheMsgHnd::mStatusRecord = former;
 }
 
 void CMessageHandler::DebugOutputInHandler(std::uint32_t level, bool /*reserved*/, bool isExit,

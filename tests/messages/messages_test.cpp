@@ -10,6 +10,7 @@
 #include <stdexcept>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 namespace VrexZynConfigTools {
 namespace {
@@ -332,6 +333,109 @@ TEST_F(MessageChannel, returns_the_sink_so_far)
     RecordingSink sink;
     EXPECT_EQ(CTheMsgHnd::SetSink(&sink), nullptr);
     EXPECT_EQ(CTheMsgHnd::SetSink(nullptr), &sink);
+}
+
+ErrorRecord RecordOf(const char * code, const char * text)
+{
+    ErrorRecord record;
+    record.mCode = code;
+    record.mText = text;
+    return record;
+}
+
+std::vector<std::string> TextsOf(const std::vector<ErrorRecord> & records)
+{
+    std::vector<std::string> texts;
+    for (const ErrorRecord & record : records)
+        texts.push_back(record.mText);
+    return texts;
+}
+
+TEST_F(MessageChannel, returns_the_records_of_an_error_through_any_handler_in_order)
+{
+    ErrorRecord first = RecordOf("out-of-range", "300 is out of range");
+    first.mSeverity = SEVERITY_WARNING;
+    first.mFile = "a.toml";
+    first.mLine = 3;
+    first.mColumn = 8;
+    first.mKey = "gain.1";
+    first.mExpected = "0 to 255";
+    Handler(GROUP_FRAMEWORK).SetErrorMsg(0, "two lines", { first, RecordOf("unknown-key", "no such key") });
+
+    const auto records = Handler(GROUP_UTILITIES).ErrorRecords(GROUP_FRAMEWORK);
+    ASSERT_THAT(TextsOf(records), ElementsAre("300 is out of range", "no such key"));
+    EXPECT_EQ(records[0].mCode, "out-of-range");
+    EXPECT_EQ(records[0].mSeverity, SEVERITY_WARNING);
+    EXPECT_EQ(records[0].mFile, "a.toml");
+    EXPECT_EQ(records[0].mLine, 3U);
+    EXPECT_EQ(records[0].mColumn, 8U);
+    EXPECT_EQ(records[0].mKey, "gain.1");
+    EXPECT_EQ(records[0].mExpected, "0 to 255");
+    EXPECT_EQ(records[1].mCode, "unknown-key");
+    EXPECT_EQ(records[1].mLine, 0U);
+}
+
+TEST_F(MessageChannel, returns_a_record_for_each_line_of_an_error_that_has_none)
+{
+    Handler(GROUP_FRAMEWORK).SetErrorMsg(0, "first\n\nthird\n");
+    EXPECT_THAT(
+        TextsOf(Handler(GROUP_FRAMEWORK).ErrorRecords(GROUP_FRAMEWORK)), ElementsAre("first", "", "third"));
+    Handler(GROUP_FRAMEWORK).SetErrorMsg(0, "");
+    const auto records = Handler(GROUP_FRAMEWORK).ErrorRecords(GROUP_FRAMEWORK);
+    EXPECT_THAT(TextsOf(records), ElementsAre(""));
+    EXPECT_EQ(records[0].mCode, "");
+    EXPECT_EQ(records[0].mSeverity, SEVERITY_ERROR);
+}
+
+TEST_F(MessageChannel, returns_no_records_without_an_error)
+{
+    EXPECT_THAT(Handler(GROUP_FRAMEWORK).ErrorRecords(GROUP_FRAMEWORK), IsEmpty());
+    Handler(GROUP_FRAMEWORK).SetErrorMsg(0, "text", { RecordOf("code", "text") });
+    EXPECT_THAT(Handler(GROUP_FRAMEWORK).ErrorRecords(GROUP_OUTER_READER), IsEmpty());
+    Handler(GROUP_FRAMEWORK).ClearError(GROUP_FRAMEWORK);
+    EXPECT_THAT(Handler(GROUP_FRAMEWORK).ErrorRecords(GROUP_FRAMEWORK), IsEmpty());
+}
+
+TEST_F(MessageChannel, drops_the_records_of_an_error_that_is_replaced_by_a_text)
+{
+    Handler(GROUP_FRAMEWORK).SetErrorMsg(0, "text", { RecordOf("code", "text") });
+    Handler(GROUP_FRAMEWORK).SetErrorMsg(0, "other");
+    const auto records = Handler(GROUP_FRAMEWORK).ErrorRecords(GROUP_FRAMEWORK);
+    EXPECT_THAT(TextsOf(records), ElementsAre("other"));
+    EXPECT_EQ(records[0].mCode, "");
+}
+
+TEST_F(MessageChannel, amends_the_last_record_with_the_text)
+{
+    Handler(GROUP_FRAMEWORK).SetErrorMsg(0, "one\ntwo", { RecordOf("a", "one"), RecordOf("b", "two") });
+    Handler(GROUP_FRAMEWORK).ModifyErrorMsg(0, "in a.cfg", GROUP_FRAMEWORK);
+    EXPECT_THAT(
+        TextsOf(Handler(GROUP_FRAMEWORK).ErrorRecords(GROUP_FRAMEWORK)), ElementsAre("one", "two: in a.cfg"));
+}
+
+/// Asks for the record of each status message, and causes another one in the meantime.
+class RecordReadingSink : public RecordingSink
+{
+public:
+    void OnStatus(GroupEnum group, StatusLevels level, const std::string & text) override
+    {
+        RecordingSink::OnStatus(group, level, text);
+        Handler(GROUP_FRAMEWORK).NotifyStatus(STATUS_WARNING, "again", RecordOf("other", ""));
+        const ErrorRecord * const record = CTheMsgHnd::StatusRecord();
+        mCodes.push_back(record != nullptr ? record->mCode : "none");
+    }
+
+    std::vector<std::string> mCodes;
+};
+
+TEST_F(MessageChannel, shows_a_sink_the_record_of_a_status_message_during_the_call)
+{
+    RecordReadingSink sink;
+    const CMessageSinkGuard guard(&sink);
+    Handler(GROUP_FRAMEWORK).NotifyStatus(STATUS_WARNING, "text", RecordOf("left-out", "text"));
+    EXPECT_EQ(CTheMsgHnd::StatusRecord(), nullptr);
+    Handler(GROUP_FRAMEWORK).NotifyStatus(STATUS_WARNING, "text");
+    EXPECT_THAT(sink.mCodes, ElementsAre("left-out", "none"));
 }
 
 TEST(CMessageSinkGuard, puts_the_former_sink_back)

@@ -14,6 +14,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #if defined(__GNUC__)
 #define CONFIGTOOLS_PRINTF_FORMAT(formatIndex, firstArgument)                                                  \
@@ -38,6 +39,32 @@ enum GroupEnum : std::uint8_t
 enum StatusLevels : int
 {
     STATUS_WARNING = 2   // worth a look, but no error
+};
+
+/// Whether a finding makes a result unusable.
+enum SeverityEnum : int
+{
+    SEVERITY_ERROR = 0,
+    SEVERITY_WARNING = 1
+};
+
+/// One finding as a program reads it, beside the text that people read. Whatever doesn't apply is empty or 0.
+///
+/// It is plain data: who reports fills in what is known, and who handles it never needs to parse a text.
+struct ErrorRecord
+{
+    std::string mCode;   // a short stable identifier such as "unknown-key"; empty for an error that has none
+    SeverityEnum mSeverity = SEVERITY_ERROR;
+    std::string mFile;           // the path as the caller gave it
+    std::uint32_t mLine = 0;     // from 1; 0 for no line
+    std::uint32_t mColumn = 0;   // from 1; 0 for no column
+    std::string mStore;          // such as "store 1 of eeprom"
+    std::string mSubsystem;      // such as "wlan"
+    std::string mKey;            // a key's name or number, with its indices: "gain.1.2"
+    std::string mField;          // of a struct, or of the file's own format
+    std::string mText;           // the message for people, without file, line and column
+    std::string mExpected;       // what would have been accepted, such as "0 to 100"
+    std::string mNearest;        // the known name that is most like the one that was found
 };
 
 /// One line of debug output as a sink gets it. All pointers are valid during the call only.
@@ -72,8 +99,12 @@ public:
     /// Records an error in this handler's group, in place of one that stands there. Always true.
     bool SetErrorMsg(short code, const std::string & text);
 
+    /// As above, with a record of each finding that `text` describes, in the order of the text. They are cleared with
+    /// the error, and replaced with it.
+    bool SetErrorMsg(short code, const std::string & text, std::vector<ErrorRecord> records);
+
     /// Appends ": " and `text` to the error that stands in `group`; its code stays, `code` is not looked at.
-    /// False, and nothing changes, where no error stands.
+    /// False, and nothing changes, where no error stands. The text of the last record, if there is any, is amended too.
     bool ModifyErrorMsg(short code, const std::string & text, GroupEnum group);
 
     /// Whether an error stands in `group`, whichever handler recorded it. The flag has no meaning here; pass true.
@@ -85,8 +116,15 @@ public:
     /// The error that stands in `group`. False, with both arguments untouched, where none stands.
     bool GetErrorMsg(GroupEnum group, short & code, std::string & text) const;
 
+    /// The records of the error that stands in `group`, in the order of its text; empty where none stands. An error
+    /// that was recorded without any gives one for each line of its text, with nothing but the text.
+    std::vector<ErrorRecord> ErrorRecords(GroupEnum group) const;
+
     /// Passes a status message on to the sink. It is no error, and `IsErrorSet` doesn't see it.
     void NotifyStatus(StatusLevels level, const std::string & text);
+
+    /// As above, with a record of what `text` says, which a sink asks for with `CTheMsgHnd::StatusRecord`.
+    void NotifyStatus(StatusLevels level, const std::string & text, const ErrorRecord & record);
 
     /// Writes one debug line, in the manner of printf, if debug output is on for `level`; otherwise nothing.
     /// `reserved` is not looked at; `isExit` marks the exit line of a function. A line that can't be written is lost.
@@ -95,10 +133,10 @@ public:
 
 private:
     friend class CTheMsgHnd;
-    struct ErrorRecord;
+    struct Error;
     constexpr CMessageHandler() = default;
 
-    ErrorRecord * mError = nullptr;   // the error that stands in this group; null for none
+    Error * mError = nullptr;   // the error that stands in this group; null for none
 };
 
 /// The process-wide door to the message channel. Static operations only.
@@ -128,6 +166,10 @@ public:
     /// caller's and must outlive its use. Returns the sink so far.
     static IMessageSink * SetSink(IMessageSink * sink);
 
+    /// For a sink, while it is given a status message: the record of it, valid during the call. Null for a message
+    /// without one, and at any other time.
+    static const ErrorRecord * StatusRecord() { return mStatusRecord; }
+
 private:
     friend class CMessageHandler;
     constexpr CTheMsgHnd() = default;
@@ -138,6 +180,7 @@ private:
     static CMessageHandler mHandlers[GROUP_COUNT];
     static std::uint64_t mDebugLimit;   // 0 for off, else the highest level wanted, plus 1
     static IMessageSink * mSink;
+    static const ErrorRecord * mStatusRecord;   // the caller's, while a sink is given its message
 };
 
 inline bool CMessageHandler::IsErrorSet(GroupEnum group, bool /*flag*/) const
