@@ -1,13 +1,13 @@
 #include <configtools/elements.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstring>
+#include <memory>
 #include <string_view>
 
 #include "payloadlist.h"
-#include <configtools/keywords.h>
+#include <configtools/numbertypes.h>
 #include <messages/trace.h>
 
 namespace VrexZynConfigTools {
@@ -19,71 +19,26 @@ constexpr GroupEnum MESSAGE_GROUP = GROUP_FRAMEWORK;
 /// What an array counts on top of its payloads, in bytes.
 constexpr std::uint64_t LENGTH_FIELD = 2;
 
-template <typename PayloadT, auto Member>
-std::unique_ptr<IPayload> MakePayload(NumericVariable value)
-{
-    return std::make_unique<PayloadT>(value.*Member);
-}
-
-struct NumericType
-{
-    std::size_t mWidth;   // in bytes
-    std::unique_ptr<IPayload> (*mMake)(NumericVariable value);
-};
-template <typename PayloadT, auto Member>
-constexpr NumericType NumericTypeOf()
-{
-    return { sizeof(NumericVariable{}.*Member), &MakePayload<PayloadT, Member> };
-}
-
-constexpr std::array NUMERIC_TYPES = {
-    // indexed by NumericTypeEnum
-    NumericTypeOf<CInt8Payload, &NumericVariable::mInt8>(),
-    NumericTypeOf<CInt16Payload, &NumericVariable::mInt16>(),
-    NumericTypeOf<CInt32Payload, &NumericVariable::mInt32>(),
-    NumericTypeOf<CInt64Payload, &NumericVariable::mInt64>(),
-    NumericTypeOf<CUint8Payload, &NumericVariable::mUint8>(),
-    NumericTypeOf<CUint16Payload, &NumericVariable::mUint16>(),
-    NumericTypeOf<CUint32Payload, &NumericVariable::mUint32>(),
-    NumericTypeOf<CUint64Payload, &NumericVariable::mUint64>(),
-};
-static_assert(NUMERIC_TYPES.size() == NUMERIC_NONE);
-
-bool IsNumeric(NumericTypeEnum type)
-{
-    return type >= 0 && type < NUMERIC_NONE;
-}
-
 std::size_t WidthOf(NumericTypeEnum type)
 {
-    return IsNumeric(type) ? NUMERIC_TYPES[static_cast<std::size_t>(type)].mWidth : 0;
+    const NumberType * const numberType = FindNumberType(type);
+    return numberType != nullptr ? numberType->Bytes() : 0;
 }
 
 /// Null for no numeric type.
 std::unique_ptr<IPayload> MakeNumericPayload(NumericTypeEnum type, NumericVariable value)
 {
-    return IsNumeric(type) ? NUMERIC_TYPES[static_cast<std::size_t>(type)].mMake(value) : nullptr;
+    std::unique_ptr<IPayload> payload;
+    VisitNumberType(type, [&](auto number) {
+        payload = std::make_unique<typename decltype(number)::Payload>(value.*number.MEMBER);
+    });
+    return payload;
 }
-
-struct TypeKeyword
-{
-    std::string_view mKeyword;
-    NumericTypeEnum mType;
-};
-constexpr std::array TYPE_KEYWORDS = {
-    TypeKeyword{ keywords::TYPE_UINT8, NUMERIC_UINT8 }, TypeKeyword{ keywords::TYPE_UINT16, NUMERIC_UINT16 },
-    TypeKeyword{ keywords::TYPE_UINT32, NUMERIC_UINT32 }, TypeKeyword{ keywords::TYPE_UINT64, NUMERIC_UINT64 },
-    TypeKeyword{ keywords::TYPE_INT8, NUMERIC_INT8 }, TypeKeyword{ keywords::TYPE_INT16, NUMERIC_INT16 },
-    TypeKeyword{ keywords::TYPE_INT32, NUMERIC_INT32 }, TypeKeyword{ keywords::TYPE_INT64, NUMERIC_INT64 },
-    TypeKeyword{ keywords::TYPE_INTEGER, NUMERIC_INT64 },   // any width would do; it means the widest
-};
-static_assert(TYPE_KEYWORDS.size() == NUMERIC_NONE + 1);
 
 NumericTypeEnum TypeOfKeyword(std::string_view keyword)
 {
-    const auto found = std::find_if(TYPE_KEYWORDS.begin(), TYPE_KEYWORDS.end(),
-        [keyword](const TypeKeyword & entry) { return entry.mKeyword == keyword; });
-    return found != TYPE_KEYWORDS.end() ? found->mType : NUMERIC_NONE;
+    const NumberType * const numberType = FindNumberType(keyword);
+    return numberType != nullptr ? numberType->mType : NUMERIC_NONE;
 }
 
 /// The leading `width` bytes of the payload's value; null for a payload that has no value so wide.
@@ -121,7 +76,7 @@ std::vector<std::unique_ptr<IPayload>> MakeNumericPayloads(
     NumericTypeEnum type, const std::vector<NumericVariable> & values)
 {
     std::vector<std::unique_ptr<IPayload>> payloads;
-    if (!IsNumeric(type))
+    if (FindNumberType(type) == nullptr)
         return payloads;
     payloads.reserve(values.size());
     for (const NumericVariable & value : values)
