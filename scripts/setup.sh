@@ -1,6 +1,7 @@
 # What the other scripts of this folder share; sourced, not run.
 
-BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libtomlplusplus-dev libsqlite3-dev zlib1g-dev)
+BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libtomlplusplus-dev libsqlite3-dev zlib1g-dev
+    libfmt-dev libutf8proc-dev)
 TEST_PACKAGES=(clang lld mold patchelf libgtest-dev libgmock-dev libbenchmark-dev pkgconf)
 TIDY_PACKAGES=(clang clang-tidy)
 DOCS_PACKAGES=(doxygen)
