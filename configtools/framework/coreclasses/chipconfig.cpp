@@ -2,6 +2,7 @@
 
 #include "contextfacts.h"
 #include "elementindex.h"
+#include "stamp.h"
 #include "winnerledger.h"
 
 #include <configtools/keywords.h>
@@ -29,13 +30,6 @@ constexpr std::uint32_t UNKNOWN_STORE_SIZE = 0xFFFFFFFFU;
 constexpr IStoreManager::DEVICE LAYER_ORDER[] = { IStoreManager::DEVICE_ROM, IStoreManager::DEVICE_OTP,
     IStoreManager::DEVICE_MTP, IStoreManager::DEVICE_SMEM, IStoreManager::DEVICE_FW_CFG,
     IStoreManager::DEVICE_EEPROM };
-
-// No two sets of subsystems in the life of a process have the same stamp.
-std::uint64_t NewStamp()
-{
-    static std::uint64_t lastStamp = 0;
-    return ++lastStamp;
-}
 
 std::int32_t NumberInTag(IConfigContext & context, const char * tag)
 {

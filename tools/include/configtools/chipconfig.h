@@ -1,4 +1,7 @@
 /// The whole configuration of one chip in memory: subsystems in stores, the stores stacked into layers.
+///
+/// One thread at a time: the library takes no lock and has no thread-local state. An object isn't shared between
+/// threads, and even a lookup uses its context. Separate chips may be used on separate threads, one after the other.
 
 #ifndef CONFIGTOOLS_CHIPCONFIG_H
 #define CONFIGTOOLS_CHIPCONFIG_H
