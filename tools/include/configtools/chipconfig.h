@@ -85,9 +85,9 @@ public:
     /// `Clear`, then the store list of a chip: 15 stores of the device "eeprom", or none if the low byte is 0x36.
     void PrepareForChip(unsigned short chip);
 
-    /// Whether any subsystem has elements; or one of a type; or a non-empty element with a number (see
-    /// `CSubsystemConfig::ElementsIsEmpty`); or that in one layer. Without a layer given, subsystems without a layer
-    /// count and those of layer 0 don't, intended.
+    /// Whether any subsystem at all has elements; or one of a type; or a non-empty element with a number (see
+    /// `CSubsystemConfig::ElementsIsEmpty`); or that in one layer. With a type and no layer, subsystems without a layer
+    /// number count and those of layer 0 don't, intended: layer 0 is where default values are, and they are not set.
     bool HasElements();
     bool HasElements(SubSystemTypeEnum type);
     bool HasElements(std::uint32_t id, SubSystemTypeEnum type);
