@@ -48,6 +48,14 @@ TEST_F(CChipConfigDebugLines, tell_of_a_reader_that_reports_no_stores)
     EXPECT_EQ(mDebug.Count("The IConfigReader object does not implement IStoreManager"), 0U);
 }
 
+TEST_F(CChipConfigDebugLines, show_the_merging_of_each_store)
+{
+    StoreReportingReader reader;
+    reader.Reports(EEPROM, 1).Reports(OTP, 1).ReadInto(mChip);
+    EXPECT_EQ(mDebug.Count("-> VrexZynConfigTools::CChipConfig::MergeStoreInfo"), 2U);
+    EXPECT_EQ(mDebug.Count("<- VrexZynConfigTools::CChipConfig::MergeStoreInfo"), 2U);
+}
+
 TEST_F(CChipConfigDebugLines, tell_each_layer_number)
 {
     Read("", ASubsystem(1).In(EEPROM, 26), ASubsystem(2).In(EEPROM, 26), ASubsystem(1).In(OTP, 1));

@@ -443,6 +443,14 @@ TEST(CNullContext, matches_nothing_also_no_empty_value)
     EXPECT_EQ(CNullContext::Ref().GetTag("x"), "");
 }
 
+TEST(CBaseContext, shows_in_the_trace_that_its_tags_are_read)
+{
+    const CBaseContext context("test");
+    DebugCapture debug;
+    context.Tags();
+    EXPECT_EQ(debug.Count("-> VrexZynConfigTools::CBaseContext::Tags"), 1U);
+}
+
 TEST(CNullContext, is_one_object_that_can_be_copied)
 {
     EXPECT_EQ(&CNullContext::Ref(), &CNullContext::Ref());

@@ -36,27 +36,6 @@ std::int32_t NumberInTag(IConfigContext & context, const char * tag)
     return stringutil::DecimalToInt(context.GetTag(tag));
 }
 
-// Completes the entry of the same store with what was not known, or appends a copy of the store.
-void MergeStoreInfo(std::list<CStoreInfo *> & stores, const CStoreInfo & store)
-{
-    const auto found = std::find_if(stores.begin(), stores.end(), [&store](const CStoreInfo * known) {
-        return known != nullptr && known->DeviceId() == store.DeviceId() && known->StoreId() == store.StoreId();
-    });
-    if (found == stores.end()) {
-        auto added = std::make_unique<CStoreInfo>(store);
-        stores.push_back(added.get());
-        added.release();   // the list owns it now
-        return;
-    }
-    CStoreInfo & known = **found;
-    if (known.StoreSize() == UNKNOWN_STORE_SIZE)
-        known.SetStoreSize(store.StoreSize());
-    if (known.StoreSizeFree() == CStoreInfo::INVALID_STORE_SIZE)
-        known.SetStoreSizeFree(store.StoreSizeFree());
-    if (!known.Paired())
-        known.SetPaired(store.Paired());
-}
-
 CStoreInfo UnmeasuredStore(IStoreManager::DEVICE device, std::uint16_t storeId, std::uint16_t order)
 {
     return { device, storeId, UNKNOWN_STORE_SIZE, CStoreInfo::INVALID_STORE_SIZE, 0, order, false };
@@ -433,6 +412,29 @@ void CChipConfig::SyncStoresFromCaller(IConfigReader & reader, IConfigContext & 
         if (store != nullptr)
             MergeStoreInfo(mStores, *store);
     }
+}
+
+// Completes the entry of the same store with what was not known, or appends a copy of the store.
+void CChipConfig::MergeStoreInfo(std::list<CStoreInfo *> & stores, const CStoreInfo & store)
+{
+    ZYN_SENTRY("VrexZynConfigTools::CChipConfig::MergeStoreInfo");
+
+    const auto found = std::find_if(stores.begin(), stores.end(), [&store](const CStoreInfo * known) {
+        return known != nullptr && known->DeviceId() == store.DeviceId() && known->StoreId() == store.StoreId();
+    });
+    if (found == stores.end()) {
+        auto added = std::make_unique<CStoreInfo>(store);
+        stores.push_back(added.get());
+        added.release();   // the list owns it now
+        return;
+    }
+    CStoreInfo & known = **found;
+    if (known.StoreSize() == UNKNOWN_STORE_SIZE)
+        known.SetStoreSize(store.StoreSize());
+    if (known.StoreSizeFree() == CStoreInfo::INVALID_STORE_SIZE)
+        known.SetStoreSizeFree(store.StoreSizeFree());
+    if (!known.Paired())
+        known.SetPaired(store.Paired());
 }
 
 void CChipConfig::OrderStoresByDevice()

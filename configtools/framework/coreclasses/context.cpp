@@ -228,6 +228,8 @@ int CBaseContext::SubsystemType()
 
 std::map<std::string, std::string> CBaseContext::Tags() const
 {
+    ZYN_SENTRY("VrexZynConfigTools::CBaseContext::Tags");
+
     return mTags;
 }
 

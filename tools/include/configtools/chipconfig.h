@@ -128,6 +128,7 @@ private:
     const CSearchPath & SearchPath(CContextFacts & facts, IConfigContext & context) const;
     CSubsystemConfig * SubsystemOfLayer(IConfigContext & context) const;
     void SyncStoresFromCaller(IConfigReader & reader, IConfigContext & context);
+    static void MergeStoreInfo(std::list<CStoreInfo *> & stores, const CStoreInfo & store);
     void OrderStoresByDevice();
     bool AssignLayers();
     void AdoptLayerKeys(bool isLayered);
