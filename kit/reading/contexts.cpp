@@ -62,16 +62,19 @@ ContextOwner SubsystemContext(IConfigContext & fileContext, const SubsystemPlace
     return context;
 }
 
-ContextOwner KeyContext(IConfigContext & subsystemContext, const std::vector<std::uint32_t> & indices)
+IConfigContext & CKeyContexts::Of(const std::vector<std::uint32_t> & indices)
 {
-    ContextOwner context(subsystemContext.Clone());
-    if (indices.empty())
-        return context;
     const std::size_t count = indices.size();
-    context->SetTag(keywords::TAG_NUM_INDICES, std::to_string(count));
+    if (count == 0)
+        return mPlain;
+    if (count != mIndexCount) {
+        mRow.reset(mPlain.Clone());
+        mRow->SetTag(keywords::TAG_NUM_INDICES, std::to_string(count));
+        mIndexCount = count;
+    }
     for (std::size_t position = 0; position < count; ++position)
-        context->SetTag(IndexTag(position + 1, count), std::to_string(indices[position]));
-    return context;
+        mRow->SetTag(IndexTag(position + 1, count), std::to_string(indices[position]));
+    return *mRow;
 }
 
 }   // namespace kit::reading

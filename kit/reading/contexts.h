@@ -5,6 +5,7 @@
 
 #include <configtools/context.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -30,9 +31,25 @@ ContextOwner FileContext(VrexZynConfigTools::IConfigContext & caller, const std:
 /// Sets the layer too, or deletes it, if the caller's context lists the stores' layers ("storelayers").
 ContextOwner SubsystemContext(VrexZynConfigTools::IConfigContext & fileContext, const SubsystemPlace & place);
 
-/// A table row has its indices in the context, which is where a subsystem finds them. None for a plain key.
-ContextOwner KeyContext(
-    VrexZynConfigTools::IConfigContext & subsystemContext, const std::vector<std::uint32_t> & indices);
+/// The contexts with which the keys of one subsystem are delivered. A context costs more to copy than a key to store, so
+/// all plain keys have the subsystem's own, and table rows one copy whose indices change from row to row.
+class CKeyContexts
+{
+public:
+    /// The subsystem's context stays the caller's and must outlive this.
+    explicit CKeyContexts(VrexZynConfigTools::IConfigContext & subsystemContext)
+        : mPlain(subsystemContext)
+    {}
+
+    /// The context of a key with these indices, none for a plain key; it stays this object's until the next call. A table
+    /// row has its indices in the context, which is where a subsystem finds them.
+    VrexZynConfigTools::IConfigContext & Of(const std::vector<std::uint32_t> & indices);
+
+private:
+    VrexZynConfigTools::IConfigContext & mPlain;
+    ContextOwner mRow;             // null before the first row
+    std::size_t mIndexCount = 0;   // of the rows that mRow is for
+};
 
 }   // namespace kit::reading
 

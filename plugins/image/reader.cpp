@@ -163,10 +163,11 @@ void CImageReader::DeliverSubsystem(Subsystem & subsystem, IConfigContext & cont
 {
     const ContextOwner own = SubsystemContext(context, subsystem.mPlace);
     mObserver->OnSubsystemFound(*this, *own);   // this replaces mElementObserver
+    CKeyContexts contexts(*own);
     for (Key & key : subsystem.mKeys) {
-        const ContextOwner keyContext = KeyContext(*own, key.mIndices);
+        IConfigContext & keyContext = contexts.Of(key.mIndices);
         if (mElementObserver != nullptr)
-            mElementObserver->OnElementFound(key.mElement.release(), *keyContext);   // the observer's now
+            mElementObserver->OnElementFound(key.mElement.release(), keyContext);   // the observer owns it now
     }
     mObserver->OnSubsystemCompleted(*this, *own);
 }

@@ -244,10 +244,11 @@ void CSqliteMetadataProvider::DeliverSubsystem(SubsystemDefaults & defaults, ICo
     const ContextOwner own = SubsystemContext(context, { defaults.mType, std::nullopt, std::nullopt });
     PlaceInLayer0(*own);
     mObserver->OnSubsystemFound(*this, *own);   // this replaces mElementObserver
+    CKeyContexts contexts(*own);
     for (DefaultElement & element : defaults.mElements) {
-        const ContextOwner key = KeyContext(*own, element.mIndices);
+        IConfigContext & keyContext = contexts.Of(element.mIndices);
         if (mElementObserver != nullptr)
-            mElementObserver->OnElementFound(element.mElement.release(), *key);   // the observer owns it now
+            mElementObserver->OnElementFound(element.mElement.release(), keyContext);   // the observer owns it now
     }
     mObserver->OnSubsystemCompleted(*this, *own);
 }

@@ -156,16 +156,13 @@ void CTomlReader::DeliverSubsystem(Subsystem & subsystem, IConfigContext & conte
     const ContextOwner own =
         SubsystemContext(context, { subsystem.mType, subsystem.mDevice, subsystem.mStore });
     mObserver->OnSubsystemFound(*this, *own);   // this replaces mElementObserver
-    for (Key & key : subsystem.mKeys)
-        DeliverKey(key, *own);
+    CKeyContexts contexts(*own);
+    for (Key & key : subsystem.mKeys) {
+        IConfigContext & keyContext = contexts.Of(key.mIndices);
+        if (mElementObserver != nullptr)
+            mElementObserver->OnElementFound(key.mElement.release(), keyContext);   // the observer owns it now
+    }
     mObserver->OnSubsystemCompleted(*this, *own);
-}
-
-void CTomlReader::DeliverKey(Key & key, IConfigContext & subsystemContext)
-{
-    const ContextOwner own = KeyContext(subsystemContext, key.mIndices);
-    if (mElementObserver != nullptr)
-        mElementObserver->OnElementFound(key.mElement.release(), *own);   // the observer owns it now
 }
 
 bool CTomlReader::Open(IConfigContext &)

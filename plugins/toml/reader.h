@@ -48,7 +48,6 @@ private:
     void KeepRomStores(const Document & document);
     void Deliver(Document & document, IConfigContext & context);
     void DeliverSubsystem(Subsystem & subsystem, IConfigContext & context);
-    void DeliverKey(Key & key, IConfigContext & subsystemContext);
 
     std::string mPath;
     IConfigReaderObserver * mObserver = nullptr;   // the caller's
