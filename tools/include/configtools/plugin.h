@@ -1,12 +1,25 @@
-/// The entry points of a plug-in module, declared once: a module that includes this header and defines one with a
-/// wrong signature does not compile.
+/// @file
+/// The entry points of a plug-in module, declared once: a module that includes this header and defines one of them with
+/// a wrong signature does not compile.
 ///
-/// A module is a shared object named "*.zpm". It needs `GetPlugInName` and the entry points of its role, should have
-/// `GetPlugInSignature` returning `PLUGIN_SIGNATURE` (a module without it is accepted, one with another text is not),
-/// and must be built with the same standard library as `libconfigtools`. No exception may leave an entry point.
-/// Objects that a creator returns belong to the caller, who deletes them through their virtual destructor.
+/// A module is a shared object named "*.zpm". It defines `GetPlugInName` and the entry points of its role, and should
+/// define `GetPlugInSignature` to return `PLUGIN_SIGNATURE`: a module without that entry point is accepted, one that
+/// returns another text is rejected. A module may have several roles, each with its own entry point.
 ///
-/// With g++ build modules with -fno-gnu-unique: a module with unique symbols stays mapped after it was unloaded.
+/// All entry points:
+///  - have C linkage and are called on the thread of the caller;
+///  - must not let an exception out;
+///  - are called only while the module is loaded. Objects that a creator returns belong to the caller, who deletes them
+///    through their virtual destructor before the module is unloaded.
+///
+/// Build a module with the same standard library as `libconfigtools`, since strings cross the boundary. With g++ add
+/// -fno-gnu-unique (`configtools_add_module` of the CMake package does): a module with unique symbols stays mapped
+/// after it was unloaded.
+///
+/// @code
+/// const char * GetPlugInName() { return "example"; }
+/// const char * GetPlugInSignature() { return VrexZynConfigTools::PLUGIN_SIGNATURE; }
+/// @endcode
 
 #ifndef CONFIGTOOLS_PLUGIN_H
 #define CONFIGTOOLS_PLUGIN_H
@@ -20,11 +33,12 @@ class IConfigWriter;
 class IMetadataProvider;
 class IStoreManager;
 
-/// What `GetPlugInSignature` returns.
+/// What `GetPlugInSignature` returns. It is compared exactly, case included.
 inline constexpr char PLUGIN_SIGNATURE[] = "ZynConfigTool";
 
 }   // namespace VrexZynConfigTools
 
+/// Exports an entry point from a module, whatever the module's default visibility is.
 #if defined(_WIN32)
 #define CONFIGTOOLS_PLUGIN_EXPORT __declspec(dllexport)
 #else
@@ -33,17 +47,33 @@ inline constexpr char PLUGIN_SIGNATURE[] = "ZynConfigTool";
 
 extern "C" {
 
-/// The plug-in's name, by which tools ask for it. The text must live as long as the module is loaded.
+/// The plug-in's name, by which tools ask for it. Required of every module; the name of the file plays no part. The
+/// text stays the module's and must exist as long as the module is loaded. Of two modules with one name the one
+/// loaded last is used. A null pointer rejects the module.
 CONFIGTOOLS_PLUGIN_EXPORT const char * GetPlugInName();
+
+/// `PLUGIN_SIGNATURE`. Any other text, and a null pointer, reject the module; it stays mapped until the process ends,
+/// but is not used. The text stays the module's.
 CONFIGTOOLS_PLUGIN_EXPORT const char * GetPlugInSignature();
 
-/// The meaning of the arguments lies between a tool and its plug-ins. Null on failure.
+/// Makes a reader of one configuration; see `CReaderWriterFactory::CreateReader`. The reader belongs to the caller.
+/// Null on failure; an error in `GROUP_FRAMEWORK` may give the reason.
+///
+/// What `argument` and `pointer` mean is between a tool and its plug-ins, for this creator and the next two: both are
+/// passed on untouched. A reader of files expects the path of the file in `argument`; `pointer` may be null.
 CONFIGTOOLS_PLUGIN_EXPORT VrexZynConfigTools::IConfigReader * CreateConfigReader(
     const std::string & argument, void * pointer);
+
+/// Makes a writer; see `CReaderWriterFactory::CreateWriter`. As `CreateConfigReader` otherwise.
 CONFIGTOOLS_PLUGIN_EXPORT VrexZynConfigTools::IConfigWriter * CreateConfigWriter(
     const std::string & argument, void * pointer);
+
+/// Makes a store manager; see `CReaderWriterFactory::CreateStoreManager`. As `CreateConfigReader` otherwise.
 CONFIGTOOLS_PLUGIN_EXPORT VrexZynConfigTools::IStoreManager * CreateStoreManager(
     const std::string & argument, void * pointer);
+
+/// Makes a metadata provider; see `CMetadataProviderFactory::Create`. Most expect the path of a repository in
+/// `argument`. The provider belongs to the caller; null on failure.
 CONFIGTOOLS_PLUGIN_EXPORT VrexZynConfigTools::IMetadataProvider * CreateMetadataProvider(
     const std::string & argument);
 }
