@@ -8,10 +8,12 @@ add_library(configtools_test_options INTERFACE)
 target_link_libraries(configtools_test_options INTERFACE configtools_options)
 target_compile_options(configtools_test_options INTERFACE $<$<NOT:$<CONFIG:Debug>>:-O0>)
 
-# GoogleTest's headers cost more to compile than most tests: they are compiled once.
+# GoogleTest's headers cost more to compile than most tests: they are compiled once, with those of the standard library
+# that many tests use.
 add_library(configtools_test_pch OBJECT "${PROJECT_SOURCE_DIR}/tests/support/pch.cpp")
 target_link_libraries(configtools_test_pch PRIVATE configtools_test_options GTest::gmock)
-target_precompile_headers(configtools_test_pch PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+target_precompile_headers(configtools_test_pch PRIVATE <gmock/gmock.h> <gtest/gtest.h>
+    <algorithm> <array> <filesystem> <fstream> <functional> <list> <map> <memory> <optional> <random> <sstream> <vector>)
 set_target_properties(configtools_test_pch PROPERTIES CXX_EXTENSIONS OFF CONFIGTOOLS_IS_TEST ON)
 
 # configtools_add_test(NAME <name> SOURCES <file>... [INTERNAL] [LIBRARIES <library>...])

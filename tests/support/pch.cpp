@@ -1,1 +1,1 @@
-// GoogleTest's headers are compiled here, once for all tests.
+// The headers that most tests include are compiled here, once for all of them.
