@@ -102,19 +102,19 @@ TEST(WriteHexNumberToStream, writes_negative_numbers_in_twos_complement)
     EXPECT_EQ(Hex(std::numeric_limits<int>::min(), 4, true), "0x80000000");
 }
 
-TEST(WriteHexNumberToStream, writes_lower_case_and_one_prefix_whatever_the_stream_had)
+TEST(WriteHexNumberToStream, writes_a_number_under_the_flags_of_the_stream)
 {
     std::ostringstream stream;
-    stream << std::uppercase << std::showbase;
-    WriteHexNumberToStream(stream, 0xAB, 4, true);
-    EXPECT_EQ(stream.str(), "0x00ab");
+    stream << std::uppercase << std::showbase << std::left;
+    WriteHexNumberToStream(stream, 0xAB, 6, false);
+    EXPECT_EQ(stream.str(), "0XAB00");
 }
 
-TEST(WriteHexNumberToStream, does_not_group_digits)
+TEST(WriteHexNumberToStream, groups_digits_as_the_locale_of_the_stream_does)
 {
     const GroupingLocale grouping;
-    EXPECT_EQ(Hex(0x12345678, 8, true), "0x12345678");
-    EXPECT_EQ(Hex(0x2A, 4, true), "0x002a");
+    EXPECT_EQ(Hex(0x12345678, 8, true), "0x1,2,3,4,5,6,7,8");
+    EXPECT_EQ(Hex(0x2A, 4, true), "0x02,a");
 }
 
 TEST(WriteHexNumberToStream, puts_the_fill_character_back)

@@ -8,7 +8,6 @@
 #include <charconv>
 #include <cstdlib>
 #include <iomanip>
-#include <iterator>
 #include <limits>
 #include <locale>
 #include <ostream>
@@ -23,14 +22,6 @@ namespace {
 constexpr auto MESSAGE_GROUP = VrexZynConfigTools::GROUP_UTILITIES;
 
 using Int32Limits = std::numeric_limits<std::int32_t>;
-
-/// Digits made without a stream, whose locale might group them.
-std::string HexDigits(std::uint32_t number)
-{
-    char digits[8];
-    const auto end = std::to_chars(std::begin(digits), std::end(digits), number, 16).ptr;
-    return { digits, end };
-}
 
 /// Limits to the range that `strtol` has where `long` is 32 bits wide, and reports through `errno` as it does there.
 std::int32_t ClampTo32Bits(long value)
@@ -54,8 +45,7 @@ void WriteHexNumberToStream(std::ostream & aStream, int aNumberToDisplay, int aN
     const auto fill = aStream.fill();
     if (aAddPrefix)
         aStream << "0x";
-    aStream << std::setfill('0') << std::setw(aNumberOfDigits) << std::hex
-            << HexDigits(static_cast<std::uint32_t>(aNumberToDisplay));
+    aStream << std::setfill('0') << std::setw(aNumberOfDigits) << std::hex << aNumberToDisplay;
     // This adds the old flags to the new and doesn't clear the hexadecimal base flag, intended.
     aStream << std::setfill(fill) << std::setiosflags(flags);
 }

@@ -10,9 +10,10 @@
 
 namespace stringutil {
 
-/// Writes the number's 32-bit two's-complement form in lower-case hexadecimal digits, filled up with zeros to
-/// `aNumberOfDigits`; more digits than asked for can appear. No locale groups them. The fill character is put back;
-/// of the format flags none is taken away, so the hexadecimal base flag stays set, intended.
+/// Writes the number in hexadecimal digits, filled up with zeros to `aNumberOfDigits`: lower-case ones, unless the
+/// stream has other flags or a locale that groups digits. A negative number appears in its 32-bit two's-complement
+/// form, so more digits than asked for can appear. The fill character is restored. The hexadecimal base flag stays
+/// set, intended: the former flags are added, as the manipulator `setiosflags` does, and none is removed.
 void WriteHexNumberToStream(std::ostream & aStream, int aNumberToDisplay, int aNumberOfDigits, bool aAddPrefix);
 
 /// A copy in which each byte has gone through the standard `tolower`.
