@@ -4,6 +4,8 @@
 #include <misc/keepforever.h>
 #include <misc/pluginmanager.h>
 
+#include <messages/messages.h>
+
 #include <support/allocations.h>
 #include <support/module_folder.h>
 
@@ -64,6 +66,24 @@ TEST(OutOfMemory, leaves_the_list_of_names_alone)
     Names names = { "before" };
     FailEachAllocation([&] { manager.ModulesName(names); }, [&] { EXPECT_THAT(names, ElementsAre("before")); });
     EXPECT_THAT(names, ElementsAre("before", "alpha", "beta"));
+}
+
+TEST(OutOfMemory, leaves_the_error_that_stands)
+{
+    CMessageHandler & handler = CTheMsgHnd::GetAppropriateHandler(GROUP_UTILITIES, "", false);
+    handler.SetErrorMsg(1, "the former error");
+    short code = 0;
+    std::string text;
+    const auto check = [&] {
+        ASSERT_TRUE(handler.GetErrorMsg(GROUP_UTILITIES, code, text));
+        EXPECT_EQ(code, 1);
+        EXPECT_EQ(text, "the former error");
+    };
+    const std::string longText(100, 'x');
+    EXPECT_GT(FailEachAllocation([&] { handler.ModifyErrorMsg(0, longText, GROUP_UTILITIES); }, check), 0U);
+    handler.SetErrorMsg(1, "the former error");
+    EXPECT_GT(FailEachAllocation([&] { handler.SetErrorMsg(2, longText); }, check), 0U);
+    handler.ClearError(GROUP_UTILITIES);
 }
 
 TEST(OutOfMemory, is_borne_by_what_is_kept_for_ever)

@@ -1,8 +1,9 @@
 /// The message channel: how the library, its plug-ins and tools report errors, status and debug lines.
 ///
 /// An error is a text and a code that stands in a message group until somebody clears it; it is held process-wide,
-/// so that any handler sees it. Nothing here throws, and nothing is written to a console or a file: a tool reads
-/// errors with `GetErrorMsg` and installs an `IMessageSink` for status messages and debug lines.
+/// so that any handler sees it. Nothing is written to a console or a file: a tool reads errors with `GetErrorMsg` and
+/// installs an `IMessageSink` for status messages and debug lines. What copies an error's text lets the allocator's
+/// `std::bad_alloc` out and has then changed nothing; nothing else here throws.
 ///
 /// The channel is constant-initialised and never torn down: it works before any other static object is constructed
 /// and after the last one is destroyed. It takes no locks; one thread at a time.
@@ -96,7 +97,8 @@ public:
     CMessageHandler(const CMessageHandler &) = delete;
     CMessageHandler & operator=(const CMessageHandler &) = delete;
 
-    /// Records an error in this handler's group, in place of one that stands there. Always true.
+    /// Records an error in this handler's group, in place of one that stands there. Always true. Where memory runs
+    /// out it throws `std::bad_alloc`, and the former error, or none, still stands.
     bool SetErrorMsg(short code, const std::string & text);
 
     /// As above, with a record of each finding that `text` describes, in the order of the text. They are cleared with
