@@ -9,64 +9,38 @@
 #include <messages/messages.h>
 
 #include <cstdint>
-#include <new>
+#include <optional>
 #include <type_traits>
+#include <utility>
 
 namespace VrexZynConfigTools {
 
-/// The place of a sentry on the stack. The sentry is made in it only while debug output is on: an object with virtual
-/// operations costs more instructions to make and destroy than the two tests of a flag that are wanted here.
-template <typename SentryT>
-class CSentryPlace
+/// Makes the sentry of a function; called only while debug output is on. An object with virtual operations costs more
+/// instructions to make and destroy than the two tests of a flag that a function pays otherwise.
+template <typename SentryT, typename... ResultT>
+[[gnu::cold, gnu::noinline]] std::optional<SentryT> NewSentry(GroupEnum group, std::uint32_t line,
+    const char * file, const char * function, const ResultT *... result) noexcept
 {
-public:
-    template <typename... ResultT>
-    CSentryPlace(GroupEnum group, std::uint32_t line, const char * file, const char * function,
-        const ResultT *... result)
-    {
-        if (CTheMsgHnd::DebugActivated())
-            Make(group, line, file, function, result...);
-    }
-    ~CSentryPlace()
-    {
-        if (mIsMade)
-            Destroy();
-    }
-    CSentryPlace(const CSentryPlace &) = delete;
-    CSentryPlace & operator=(const CSentryPlace &) = delete;
-
-private:
-    template <typename... ResultT>
-    [[gnu::cold, gnu::noinline]] void Make(GroupEnum group, std::uint32_t line, const char * file,
-        const char * function, const ResultT *... result) noexcept
-    {
-        CMessageHandler & handler = CTheMsgHnd::Instance().GetAppropriateHandler(group, function, false);
-        new (&mSentry) SentryT(&handler, line, file, function, result...);
-        mIsMade = true;
-    }
-    [[gnu::cold, gnu::noinline]] void Destroy() noexcept { mSentry.~SentryT(); }
-
-    bool mIsMade = false;
-    union
-    {
-        SentryT mSentry;
-    };
-};
+    CMessageHandler & handler = CTheMsgHnd::Instance().GetAppropriateHandler(group, function, false);
+    return std::optional<SentryT>(std::in_place, &handler, line, file, function, result...);
+}
 
 }   // namespace VrexZynConfigTools
 
 /// Opens the sentry of a function without a result. `name` is the full name with its namespace, a literal.
-#define ZYN_SENTRY(name)                                                                                       \
-    [[maybe_unused]] constexpr const char * zynFunction = name;                                                \
-    const ::VrexZynConfigTools::CSentryPlace<::VrexZynConfigTools::CDebugSentry> zynSentry(                    \
-        MESSAGE_GROUP, __LINE__, __FILE__, name)
+#define ZYN_SENTRY(name) ZYN_SENTRY_OF(::VrexZynConfigTools::CDebugSentry, name)
 
 /// Opens the sentry of a function that returns `result`, a variable declared before this line.
 #define ZYN_SENTRY_RESULT(name, result)                                                                        \
+    ZYN_SENTRY_OF(                                                                                             \
+        ::VrexZynConfigTools::CDebugSentryWithReturn<std::remove_cv_t<decltype(result)>>, name, &(result))
+
+#define ZYN_SENTRY_OF(type, name, ...)                                                                         \
     [[maybe_unused]] constexpr const char * zynFunction = name;                                                \
-    const ::VrexZynConfigTools::CSentryPlace<                                                                  \
-        ::VrexZynConfigTools::CDebugSentryWithReturn<std::remove_cv_t<decltype(result)>>>                      \
-    zynSentry(MESSAGE_GROUP, __LINE__, __FILE__, name, &(result))
+    const std::optional<type> zynSentry = ::VrexZynConfigTools::CTheMsgHnd::DebugActivated()                   \
+                                              ? ::VrexZynConfigTools::NewSentry<type>(MESSAGE_GROUP, __LINE__, \
+                                                    __FILE__, name __VA_OPT__(, ) __VA_ARGS__)                 \
+                                              : std::optional<type>()
 
 /// The head of a constructor: announces it to the channel in `firstGroup`, then opens the sentry.
 #define ZYN_CONSTRUCTOR(firstGroup, name)                                                                      \
@@ -81,13 +55,12 @@ private:
 #define ZYN_TRACE_IN(name, level, ...)                                                                         \
     do {                                                                                                       \
         if (::VrexZynConfigTools::CTheMsgHnd::DebugActivated())                                                \
-            ZYN_HANDLER_POINTER(name)->DebugOutputInHandler(                                                   \
+            ZYN_HANDLER(name).DebugOutputInHandler(                                                            \
                 level, false, false, name, __FILE__, __LINE__, __VA_ARGS__);                                   \
     } while (false)
 
 /// The handler of this file's group.
 #define ZYN_HANDLER(name)                                                                                      \
     ::VrexZynConfigTools::CTheMsgHnd::Instance().GetAppropriateHandler(MESSAGE_GROUP, name, false)
-#define ZYN_HANDLER_POINTER(name) (&ZYN_HANDLER(name))
 
 #endif
