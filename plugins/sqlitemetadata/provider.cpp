@@ -145,7 +145,7 @@ const std::vector<std::string> & CSqliteMetadataProvider::Systems()
     return mSystems;
 }
 
-const std::vector<ISubsystemInfo *> & CSqliteMetadataProvider::Subsystems(IConfigContext & context)
+std::vector<ISubsystemInfo *> & CSqliteMetadataProvider::Subsystems(IConfigContext & context)
 {
     mSubsystems.clear();
     Ask([&](Repository & repository) {
@@ -156,7 +156,7 @@ const std::vector<ISubsystemInfo *> & CSqliteMetadataProvider::Subsystems(IConfi
     return mSubsystems;
 }
 
-const std::vector<IChipInfo *> & CSqliteMetadataProvider::Chips(IConfigContext & context)
+std::vector<IChipInfo *> & CSqliteMetadataProvider::Chips(IConfigContext & context)
 {
     mChips.clear();
     Ask([&](Repository & repository) {

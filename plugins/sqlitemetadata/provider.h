@@ -37,10 +37,9 @@ public:
     const std::vector<const VrexZynConfigTools::IMetadata *> & AllMetadata(
         VrexZynConfigTools::IConfigContext & context) override;
     const std::vector<std::string> & Systems() override;
-    const std::vector<VrexZynConfigTools::ISubsystemInfo *> & Subsystems(
+    std::vector<VrexZynConfigTools::ISubsystemInfo *> & Subsystems(
         VrexZynConfigTools::IConfigContext & context) override;
-    const std::vector<VrexZynConfigTools::IChipInfo *> & Chips(
-        VrexZynConfigTools::IConfigContext & context) override;
+    std::vector<VrexZynConfigTools::IChipInfo *> & Chips(VrexZynConfigTools::IConfigContext & context) override;
 
     /// nearestname/nearestname.h says what is like a name and what isn't.
     std::string NearestName(const std::string & name, VrexZynConfigTools::IConfigContext & context) override;

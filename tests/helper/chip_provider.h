@@ -49,11 +49,8 @@ public:
     };
     const std::vector<Asked> & AskedForChips() const { return mAsked; }
 
-    const std::vector<ISubsystemInfo *> & Subsystems(IConfigContext & /*context*/) override
-    {
-        return mSubsystemList;
-    }
-    const std::vector<IChipInfo *> & Chips(IConfigContext & context) override
+    std::vector<ISubsystemInfo *> & Subsystems(IConfigContext & /*context*/) override { return mSubsystemList; }
+    std::vector<IChipInfo *> & Chips(IConfigContext & context) override
     {
         mAsked.push_back({ context.Name(), dynamic_cast<CBaseContext &>(context).Tags() });
         return mChipList;

@@ -171,7 +171,7 @@ TEST_F(ReferenceCode, passes_over_a_place_without_a_chip)
 class ForgetfulProvider : public ChipProvider
 {
 public:
-    const std::vector<IChipInfo *> & Chips(IConfigContext & /*context*/) override { return mList; }
+    std::vector<IChipInfo *> & Chips(IConfigContext & /*context*/) override { return mList; }
 
     std::vector<IChipInfo *> mList;
 };

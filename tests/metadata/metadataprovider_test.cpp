@@ -81,8 +81,8 @@ TEST(Slots, IMetadataProvider)
     EXPECT_EQ((SlotOf<const IMetadata &(const std::string &, IConfigContext &)>(&P::MetadataByName)), 1);
     EXPECT_EQ(SlotOf<const std::vector<const IMetadata *> &(IConfigContext &)>(&P::AllMetadata), 2);
     EXPECT_EQ(SlotOf<const std::vector<std::string> &()>(&P::Systems), 3);
-    EXPECT_EQ(SlotOf<const std::vector<ISubsystemInfo *> &(IConfigContext &)>(&P::Subsystems), 4);
-    EXPECT_EQ(SlotOf<const std::vector<IChipInfo *> &(IConfigContext &)>(&P::Chips), 5);
+    EXPECT_EQ(SlotOf<std::vector<ISubsystemInfo *> &(IConfigContext &)>(&P::Subsystems), 4);
+    EXPECT_EQ(SlotOf<std::vector<IChipInfo *> &(IConfigContext &)>(&P::Chips), 5);
     EXPECT_EQ((SlotOf<std::string(const std::string &, IConfigContext &)>(&P::NearestName)), 6);
     EXPECT_EQ(SlotOf<bool()>(&P::Check), 7);
     EXPECT_EQ(SlotOf<void()>(&P::Refresh), 8);
@@ -121,11 +121,8 @@ public:
         return mRecords;
     }
     const std::vector<std::string> & Systems() override { return mSystems; }
-    const std::vector<ISubsystemInfo *> & Subsystems(IConfigContext & /*context*/) override
-    {
-        return mSubsystems;
-    }
-    const std::vector<IChipInfo *> & Chips(IConfigContext & /*context*/) override { return mChips; }
+    std::vector<ISubsystemInfo *> & Subsystems(IConfigContext & /*context*/) override { return mSubsystems; }
+    std::vector<IChipInfo *> & Chips(IConfigContext & /*context*/) override { return mChips; }
     std::string NearestName(const std::string & /*name*/, IConfigContext & /*context*/) override { return ""; }
     void Read(IConfigContext & /*context*/) override {}
 

@@ -28,8 +28,8 @@ public:
     }
     const std::vector<const IMetadata *> & AllMetadata(IConfigContext &) override { return mRecords; }
     const std::vector<std::string> & Systems() override { return mSystems; }
-    const std::vector<ISubsystemInfo *> & Subsystems(IConfigContext &) override { return mSubsystems; }
-    const std::vector<IChipInfo *> & Chips(IConfigContext &) override { return mChips; }
+    std::vector<ISubsystemInfo *> & Subsystems(IConfigContext &) override { return mSubsystems; }
+    std::vector<IChipInfo *> & Chips(IConfigContext &) override { return mChips; }
     std::string NearestName(const std::string &, IConfigContext &) override { return std::string(); }
     void Read(IConfigContext &) override {}
 

@@ -124,11 +124,8 @@ public:
         return mAll;
     }
     const std::vector<std::string> & Systems() override { return mSystems; }
-    const std::vector<ISubsystemInfo *> & Subsystems(IConfigContext & /*context*/) override
-    {
-        return mSubsystems;
-    }
-    const std::vector<IChipInfo *> & Chips(IConfigContext & context) override
+    std::vector<ISubsystemInfo *> & Subsystems(IConfigContext & /*context*/) override { return mSubsystems; }
+    std::vector<IChipInfo *> & Chips(IConfigContext & context) override
     {
         static const std::vector<IChipInfo *> NONE;
         return KnowsChip(context) && !Fails() ? mChipList : NONE;

@@ -64,8 +64,8 @@ public:
         static const std::vector<std::string> TWO = { "trindle", "another" };
         return Orders("several") ? TWO : ONE;
     }
-    const std::vector<ISubsystemInfo *> & Subsystems(IConfigContext &) override { return mSubsystems; }
-    const std::vector<IChipInfo *> & Chips(IConfigContext & context) override
+    std::vector<ISubsystemInfo *> & Subsystems(IConfigContext &) override { return mSubsystems; }
+    std::vector<IChipInfo *> & Chips(IConfigContext & context) override
     {
         const std::string label = context.GetTag(keywords::TAG_CHIP);
         mSelected.clear();

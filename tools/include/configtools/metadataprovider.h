@@ -148,9 +148,10 @@ public:
     /// The names of all systems.
     virtual const std::vector<std::string> & Systems() = 0;
 
-    /// The subsystems and the chips of the systems selected. The tag "subsystemtype" plays no part.
-    virtual const std::vector<ISubsystemInfo *> & Subsystems(IConfigContext & context) = 0;
-    virtual const std::vector<IChipInfo *> & Chips(IConfigContext & context) = 0;
+    /// The subsystems and the chips of the systems selected. The tag "subsystemtype" plays no part. The vectors are the
+    /// provider's, and what a caller changes in one lasts, like the vector itself, until the next call at least.
+    virtual std::vector<ISubsystemInfo *> & Subsystems(IConfigContext & context) = 0;
+    virtual std::vector<IChipInfo *> & Chips(IConfigContext & context) = 0;
 
     /// The name of the record selected that is spelt most like `name`, for a message about an unknown key; empty if
     /// none is like it.
