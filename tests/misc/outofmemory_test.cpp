@@ -1,7 +1,6 @@
 // Each allocation of a listing and of a load fails in turn.
 
 #include <misc/fileutil.h>
-#include <misc/keepforever.h>
 #include <misc/pluginmanager.h>
 
 #include <messages/messages.h>
@@ -17,9 +16,7 @@
 
 using namespace VrexZynConfigTools;
 using plugin::CPluginManager;
-using support::FailAllocationsAfter;
 using support::FailEachAllocation;
-using support::LetAllocationsPass;
 using support::ModuleFolder;
 using testing::ElementsAre;
 using Names = std::list<std::string>;
@@ -84,12 +81,4 @@ TEST(OutOfMemory, leaves_the_error_that_stands)
     handler.SetErrorMsg(1, "the former error");
     EXPECT_GT(FailEachAllocation([&] { handler.SetErrorMsg(2, longText); }, check), 0U);
     handler.ClearError(GROUP_UTILITIES);
-}
-
-TEST(OutOfMemory, is_borne_by_what_is_kept_for_ever)
-{
-    static const int kept = 5;
-    FailAllocationsAfter(0);
-    EXPECT_NO_THROW(KeepForEver(&kept));
-    LetAllocationsPass();
 }

@@ -133,8 +133,8 @@ void CPluginManager::LoadModule(const std::string & path)
     if (nameFunction == nullptr)
         return;
     if (HasWrongSignature(opened.get())) {
-        // A refused module is not unloaded and not recorded, intended: it stays in memory until the process ends.
-        KeepForEver(opened.release());
+        // Not unloaded and not recorded, intended: what it started or handed out on loading may still run its code.
+        static_cast<void>(opened.release());
         return;
     }
     const auto name = TextOf(nameFunction);
