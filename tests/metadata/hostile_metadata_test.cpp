@@ -167,6 +167,22 @@ TEST_F(HostileMetadata, an_array_of_structs_that_holds_itself_ends_when_the_obse
     EXPECT_EQ(CountOf(observer.Calls(), "StartElement s"), CountOf(observer.Calls(), "EndElement"));
 }
 
+TEST_F(HostileMetadata, an_array_within_which_the_walk_is_cut_off_ends_though_the_observer_wants_more)
+{
+    // The field of the array is a key, so that the array would ask again after each item.
+    StructRecord outer(ARecord(0).Named("outer"));
+    StructRecord key(ARecord(1).Named("s").Array());
+    key.Add(*key.mRecord);
+    outer.Add(*key.mRecord);
+    WalkRecorder observer(10'000);
+    outer.mRecord->Inspect(observer);
+
+    EXPECT_EQ(Error(), TOO_DEEP);
+    EXPECT_EQ(observer.TimesAsked(), 0);
+    EXPECT_EQ(CountOf(observer.Calls(), "StartArrayItem"), 64);
+    EXPECT_EQ(CountOf(observer.Calls(), "EndArrayItem"), 64);
+}
+
 TEST_F(HostileMetadata, one_struct_reached_on_endlessly_many_ways_ends)
 {
     Chain chain(60, 3);   // 3 to the power of 59 ways to the innermost struct

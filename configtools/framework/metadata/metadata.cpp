@@ -1,5 +1,6 @@
 #include <configtools/metadata.h>
 
+#include "cutwalks.h"
 #include <messages/trace.h>
 #include <misc/keepforever.h>
 
@@ -297,10 +298,12 @@ void CMetadata::InspectDetails(IMetadataInspectorObserver & observer) const
             details->Inspect(observer);
             return;
         }
+        const std::uint64_t leftOut = structsLeftOut;
         observer.StartArrayItem();
         details->Inspect(observer);
         observer.EndArrayItem();
-        if (!observer.InspectDetailAgain())
+        // A walk that was cut off would be cut off in each further item too, and ask for values without an end.
+        if (structsLeftOut != leftOut || !observer.InspectDetailAgain())
             return;
         // A field that is itself an array of structs ends after one item whatever the observer answers, intended.
         if (mPsId == 0 && details->GetStructFields() != nullptr)

@@ -1,6 +1,7 @@
 #include <configtools/metadata.h>
 
 #include "changes.h"
+#include "cutwalks.h"
 #include <configtools/keywords.h>
 #include <messages/trace.h>
 #include <misc/stringutil.h>
@@ -9,6 +10,8 @@
 #include <memory>
 
 namespace VrexZynConfigTools {
+
+constinit std::uint64_t structsLeftOut = 0;
 
 namespace {
 
@@ -41,6 +44,8 @@ public:
             mWalk.mIsCutOff = true;
             ZYN_HANDLER(function).SetErrorMsg(0, "the metadata nests structs too deep");
         }
+        if (mWalk.mIsCutOff)
+            ++structsLeftOut;
     }
     ~StructOnWalk() { --mWalk.mDepth; }
     StructOnWalk(const StructOnWalk &) = delete;
