@@ -4,6 +4,7 @@
 #include <messages/trace.h>
 #include <misc/keepforever.h>
 
+#include <array>
 #include <tuple>
 
 namespace VrexZynConfigTools {
@@ -17,19 +18,14 @@ const char * TextOf(bool value)
     return value ? "true" : "false";
 }
 
+// Indexed by MetadataTypeEnum.
+constexpr std::array TYPE_TEXTS = { "simple", "enum", "struct", "unknown" };
+static_assert(TYPE_TEXTS.size() == METADATA_NONE + 1);
+
 const char * TextOf(MetadataTypeEnum type)
 {
-    switch (type) {
-    case METADATA_SIMPLE:
-        return "simple";
-    case METADATA_ENUM:
-        return "enum";
-    case METADATA_STRUCT:
-        return "struct";
-    case METADATA_NONE:
-        break;
-    }
-    return "unknown";
+    return type >= METADATA_SIMPLE && type < METADATA_NONE ? TYPE_TEXTS[static_cast<std::size_t>(type)]
+                                                           : TYPE_TEXTS.back();
 }
 
 }   // namespace
