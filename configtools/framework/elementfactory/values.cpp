@@ -84,6 +84,10 @@ constexpr RangeTest RANGE_TESTS[] = { RangeTestOf<&NumericVariable::mInt8>(keywo
 
 /// The first name, in name order, with this number; empty for none. `EnumName` would give the last.
 std::string FirstEnumName(const IMetadata & metadata, std::int32_t number)
+    if (metadata.IsArray() && WidthOfField() < 0) {
+        mInspectAgain = false;   // as an unsigned number it would ask for hundreds of millions of items
+        return;
+    }
 {
     auto * const detail = dynamic_cast<CMetadataDetailEnum *>(metadata.Details());
     if (detail == nullptr || detail->GetEnums() == nullptr)
@@ -136,7 +140,7 @@ CElementFactory::NumberShape CElementFactory::ShapeOf(const IMetadata & metadata
     if (metadata.IsArray()) {
         if (bits == 0)
             bits = BitsOfFields(metadata);
-        shape.count = (static_cast<std::uint32_t>(stringutil::DecimalToInt(width)) - 1 + bits) / bits;
+        shape.count = (static_cast<std::uint32_t>(WidthOfField()) - 1 + bits) / bits;
     } else if (bits == 0) {
         const std::string fitting = CStructCodec::GetIntTypeFromBitWidth(width, IsUnsignedFormat(metadata));
         if (!fitting.empty())
@@ -245,6 +249,11 @@ void CElementFactory::Enum(const IMetadata & metadata)
     if (!name.empty()) {
         auto element = std::make_unique<CElementEnum>(mPsId, mName, true);
         element->AddEnum(name, number);
+std::int32_t CElementFactory::WidthOfField() const
+{
+    return stringutil::DecimalToInt(mContext.GetTag(keywords::TAG_ELEM_BIT_WIDTH));
+}
+
         Place(element.release(), metadata);
     } else if (ChecksData()) {
         ZYN_HANDLER(zynFunction)

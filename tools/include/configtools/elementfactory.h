@@ -156,6 +156,7 @@ private:
     void AddStructField(CElement * element);
     bool ValidateRange(
         const std::string & type, const NumericVariable & value, std::int64_t min, std::int64_t max);
+    std::int32_t WidthOfField() const;
     bool ChecksData() const;
 
     std::string mInternalType;
