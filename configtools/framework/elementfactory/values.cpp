@@ -5,6 +5,7 @@
 #include <configtools/context.h>
 #include <configtools/elements.h>
 #include <configtools/keywords.h>
+#include <configtools/numbertypes.h>
 #include <configtools/readerwriter.h>
 #include <configtools/structcodec.h>
 #include <messages/trace.h>
@@ -12,7 +13,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <string_view>
 #include <type_traits>
 
 namespace VrexZynConfigTools {
@@ -56,31 +56,6 @@ bool IsWithin(T value, std::int64_t min, std::int64_t max)
     else
         return std::int64_t{ value } >= min && std::int64_t{ value } <= max;
 }
-
-/// A type with the test of its range; as signed 64 bits the value is printed.
-struct RangeTest
-{
-    std::string_view mType;
-    bool (*mIsWithin)(const NumericVariable & value, std::int64_t min, std::int64_t max);
-    std::int64_t (*mPrinted)(const NumericVariable & value);
-};
-template <auto Member>
-constexpr RangeTest RangeTestOf(std::string_view type)
-{
-    return { type,
-        [](const NumericVariable & value, std::int64_t min, std::int64_t max) {
-            return IsWithin(value.*Member, min, max);
-        },
-        [](const NumericVariable & value) { return static_cast<std::int64_t>(value.*Member); } };
-}
-constexpr RangeTest RANGE_TESTS[] = { RangeTestOf<&NumericVariable::mInt8>(keywords::TYPE_INT8),
-    RangeTestOf<&NumericVariable::mInt16>(keywords::TYPE_INT16),
-    RangeTestOf<&NumericVariable::mInt32>(keywords::TYPE_INT32),
-    RangeTestOf<&NumericVariable::mInt64>(keywords::TYPE_INT64),
-    RangeTestOf<&NumericVariable::mUint8>(keywords::TYPE_UINT8),
-    RangeTestOf<&NumericVariable::mUint16>(keywords::TYPE_UINT16),
-    RangeTestOf<&NumericVariable::mUint32>(keywords::TYPE_UINT32),
-    RangeTestOf<&NumericVariable::mUint64>(keywords::TYPE_UINT64) };
 
 /// The first name, in name order, with this number; empty for none. `EnumName` would give the last.
 std::string FirstEnumName(const IMetadata & metadata, std::int32_t number)
@@ -183,15 +158,20 @@ bool CElementFactory::ValidateRange(
     bool result = true;
     ZYN_SENTRY_RESULT("VrexZynConfigTools::CElementFactory::ValidateRange", result);
 
-    const auto test = std::find_if(std::begin(RANGE_TESTS), std::end(RANGE_TESTS),
-        [&type](const RangeTest & entry) { return entry.mType == type; });
-    if (test == std::end(RANGE_TESTS) || test->mIsWithin(value, min, max))
-        return result = true;
-    // As a signed number whatever the type, intended: an unsigned one of 2^63 and above prints as negative.
-    ZYN_HANDLER(zynFunction)
-        .SetErrorMsg(0, "Read value " + std::to_string(test->mPrinted(value)) + " is out of range [" +
-                            std::to_string(min) + "," + std::to_string(max) + "]");
-    return result = false;
+    const NumberType * const number = FindNumberType(type);
+    if (number == nullptr || type == keywords::TYPE_INTEGER)
+        return result = true;   // a type without a width has no range to check
+    // A signed number whatever the type, intended: readers of the text know an unsigned one of 2^63 and above as negative.
+    std::int64_t printed = 0;
+    VisitNumberType(number->mType, [&](auto numberClass) {
+        result = IsWithin(value.*numberClass.MEMBER, min, max);
+        printed = static_cast<std::int64_t>(value.*numberClass.MEMBER);
+    });
+    if (!result)
+        ZYN_HANDLER(zynFunction)
+            .SetErrorMsg(0, "Read value " + std::to_string(printed) + " is out of range [" +
+                                std::to_string(min) + "," + std::to_string(max) + "]");
+    return result;
 }
 
 void CElementFactory::String(const IMetadata & metadata)
