@@ -2,6 +2,7 @@
 
 #include "factory_fixture.h"
 
+#include <support/debug_capture.h>
 #include <support/slots.h>
 
 #include <string>
@@ -51,6 +52,21 @@ TEST(Slots, CElementFactory)
     EXPECT_EQ(SlotOf<void()>(&F::Clear), 16);
     EXPECT_EQ(SlotOf<CElement *()>(&F::Collect), 17);
     EXPECT_EQ(support::SlotAfter<F>(), 18);
+}
+
+TEST_F(Factory, traces_each_of_its_steps_under_its_full_name)
+{
+    const auto text = WithDetail(ARecord(0).Named("text").OfType("octet_string"));
+    StructRecord key(ARecord(1).Named("s"));
+    const auto byte = ByteField("byte");
+    key.Add(*byte, 0, 8);
+    key.Add(*text, 8, 8);
+    mSource.Number(1).Text("ab").Last();
+    const support::DebugCapture capture(0);
+    Read(*key.mRecord);
+    for (const std::string step : { "OpenStruct", "ShapeOf", "ReadNumbers", "ReadNumber", "ValidateRange",
+             "TrimPadding", "CheckLength", "Place", "AddStructField", "OpenPayload" })
+        EXPECT_GE(capture.Count("-> VrexZynConfigTools::CElementFactory::" + step), 1U) << step;
 }
 
 TEST_F(Factory, holds_nothing_at_first)

@@ -161,10 +161,13 @@ void CPluginManager::GetModules(const std::string & directory, const std::string
 /// Only a module that presents a wrong signature is refused: one without the entry point is welcome, intended.
 bool CPluginManager::HasWrongSignature(platform::ModuleHandle handle) const
 {
+    bool result = false;
+    ZYN_SENTRY_RESULT("plugin::CPluginManager::HasWrongSignature", result);
+
     if (mSignatureFunction.empty())
-        return false;
+        return result = false;
     const auto signatureFunction = platform::FindEntryPoint(handle, mSignatureFunction.c_str());
-    return signatureFunction != nullptr && TextOf(signatureFunction) != mSignature;
+    return result = signatureFunction != nullptr && TextOf(signatureFunction) != mSignature;
 }
 
 }   // namespace plugin

@@ -24,11 +24,6 @@ constexpr std::uint32_t DECISIONS = 3;
 /// What a tag of the index holds in characters; longer ones are cut off, intended.
 constexpr std::size_t INDEX_TEXT_SIZE = 8;
 
-CMessageHandler & Handler()
-{
-    return ZYN_HANDLER("VrexZynConfigTools::CElementFactory");
-}
-
 std::string IndexText(const std::string & stem, unsigned number)
 {
     return (stem + std::to_string(number)).substr(0, INDEX_TEXT_SIZE);
@@ -157,13 +152,15 @@ void CElementFactory::StartStruct(const IMetadata & metadata)
 
 void CElementFactory::DecodeStruct()
 {
+    ZYN_SENTRY("VrexZynConfigTools::CElementFactory::DecodeStruct");
+
     auto * const element = dynamic_cast<CElementStruct *>(mElement);
     const IMetadata * const metadata = element != nullptr ? element->Metadata() : nullptr;
     auto * const layout =
         metadata != nullptr ? dynamic_cast<CMetadataDetailStruct *>(metadata->Details()) : nullptr;
     mDecoded = true;
     if (layout == nullptr) {
-        Handler().SetErrorMsg(0, keywords::ERROR_UNEXPECTED);
+        ZYN_HANDLER(zynFunction).SetErrorMsg(0, keywords::ERROR_UNEXPECTED);
         mInspectAgain = false;
         return;
     }
@@ -179,13 +176,15 @@ void CElementFactory::DecodeStruct()
 
 void CElementFactory::OpenStruct(const IMetadata & metadata)
 {
+    ZYN_SENTRY("VrexZynConfigTools::CElementFactory::OpenStruct");
+
     auto complex = std::make_unique<CComplexPayload>(PAYLOAD_COMPLEX);
     payloadlist::HandOn(*complex, &metadata);
     CComplexPayload * const payload = complex.get();
     CComplexPayload * const owner = OpenPayload();
     auto * const element = dynamic_cast<CElementStruct *>(mElement);
     if (owner == nullptr && element == nullptr) {
-        Handler().SetErrorMsg(0, keywords::ERROR_UNEXPECTED);
+        ZYN_HANDLER(zynFunction).SetErrorMsg(0, keywords::ERROR_UNEXPECTED);
         return;
     }
     if (owner != nullptr)
@@ -283,6 +282,8 @@ CElement * CElementFactory::Collect()
 
 void CElementFactory::Place(CElement * element, const IMetadata & metadata)
 {
+    ZYN_SENTRY("VrexZynConfigTools::CElementFactory::Place");
+
     std::unique_ptr<CElement> owned(element);
     payloadlist::HandOn(*owned, &metadata);
     if (mElement == nullptr)
@@ -313,6 +314,8 @@ void CElementFactory::AddStructField(CElement * element)
 
 CComplexPayload * CElementFactory::OpenPayload() const
 {
+    ZYN_SENTRY("VrexZynConfigTools::CElementFactory::OpenPayload");
+
     // An element that was collected took its open structs along.
     const bool isStruct = dynamic_cast<CElementStruct *>(mElement) != nullptr;
     if (!isStruct || mStructDepth == 0 || mFieldStack.empty())

@@ -59,10 +59,6 @@ bool IsWithin(T value, std::int64_t min, std::int64_t max)
 
 /// The first name, in name order, with this number; empty for none. `EnumName` would give the last.
 std::string FirstEnumName(const IMetadata & metadata, std::int32_t number)
-    if (metadata.IsArray() && WidthOfField() < 0) {
-        mInspectAgain = false;   // as an unsigned number it would ask for hundreds of millions of items
-        return;
-    }
 {
     auto * const detail = dynamic_cast<CMetadataDetailEnum *>(metadata.Details());
     if (detail == nullptr || detail->GetEnums() == nullptr)
@@ -88,6 +84,10 @@ void CElementFactory::Int(const IMetadata & metadata)
 
     if (mDecoded)
         return;
+    if (metadata.IsArray() && WidthOfField() < 0) {
+        mInspectAgain = false;   // as an unsigned number it would ask for hundreds of millions of items
+        return;
+    }
     const NumberShape shape = ShapeOf(metadata);
     const std::vector<NumericVariable> values = ReadNumbers(metadata, shape);
     if (!IsErrorSet()) {
@@ -107,6 +107,8 @@ void CElementFactory::Int(const IMetadata & metadata)
 
 CElementFactory::NumberShape CElementFactory::ShapeOf(const IMetadata & metadata)
 {
+    ZYN_SENTRY("VrexZynConfigTools::CElementFactory::ShapeOf");
+
     NumberShape shape{ metadata.InternalType(), 1 };
     const std::string width = mContext.GetTag(keywords::TAG_ELEM_BIT_WIDTH);
     if (width.empty())
@@ -126,6 +128,8 @@ CElementFactory::NumberShape CElementFactory::ShapeOf(const IMetadata & metadata
 
 std::vector<NumericVariable> CElementFactory::ReadNumbers(const IMetadata & metadata, const NumberShape & shape)
 {
+    ZYN_SENTRY("VrexZynConfigTools::CElementFactory::ReadNumbers");
+
     std::vector<NumericVariable> values;
     if (shape.count >= 2) {
         for (std::uint32_t left = shape.count; left > 0; --left) {
@@ -144,12 +148,15 @@ std::vector<NumericVariable> CElementFactory::ReadNumbers(const IMetadata & meta
 
 bool CElementFactory::ReadNumber(const IMetadata & metadata, const std::string & type, NumericVariable & value)
 {
+    bool result = false;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CElementFactory::ReadNumber", result);
+
     // The value delivered with the answer false counts too.
     mWasAsked = true;
     mInspectAgain = mSource->NextInt(type, value.mUint64, nullptr);
     if (ChecksData() && !ValidateRange(type, value, metadata.Min(), metadata.Max()))
         mInspectAgain = false;
-    return mInspectAgain;
+    return result = mInspectAgain;
 }
 
 bool CElementFactory::ValidateRange(
@@ -196,6 +203,8 @@ void CElementFactory::String(const IMetadata & metadata)
 
 void CElementFactory::TrimPadding(const IMetadata & metadata, bool isOctet, std::string & value)
 {
+    ZYN_SENTRY("VrexZynConfigTools::CElementFactory::TrimPadding");
+
     // An octet string of this subsystem travels in 16-bit words, so it may end in a pad byte.
     const bool mayBePadded =
         isOctet && value.size() % 2 == 0 && value.size() > static_cast<std::uint64_t>(metadata.Min());
@@ -205,10 +214,12 @@ void CElementFactory::TrimPadding(const IMetadata & metadata, bool isOctet, std:
 
 void CElementFactory::CheckLength(const IMetadata & metadata, std::size_t length)
 {
+    ZYN_SENTRY("VrexZynConfigTools::CElementFactory::CheckLength");
+
     // The limits of a text are lengths in bytes.
     if (IsWithin(std::uint64_t{ length }, metadata.Min(), metadata.Max()))
         return;
-    ZYN_HANDLER("VrexZynConfigTools::CElementFactory::String")
+    ZYN_HANDLER(zynFunction)
         .SetErrorMsg(0, "String value's length for element with psid = " + std::to_string(metadata.PsId()) +
                             ", Name = " + metadata.Name() + " is out of range [" +
                             std::to_string(metadata.Min()) + "," + std::to_string(metadata.Max()) + "], got " +
@@ -229,11 +240,6 @@ void CElementFactory::Enum(const IMetadata & metadata)
     if (!name.empty()) {
         auto element = std::make_unique<CElementEnum>(mPsId, mName, true);
         element->AddEnum(name, number);
-std::int32_t CElementFactory::WidthOfField() const
-{
-    return stringutil::DecimalToInt(mContext.GetTag(keywords::TAG_ELEM_BIT_WIDTH));
-}
-
         Place(element.release(), metadata);
     } else if (ChecksData()) {
         ZYN_HANDLER(zynFunction)
@@ -241,6 +247,11 @@ std::int32_t CElementFactory::WidthOfField() const
                                 " for element with psid = " + std::to_string(metadata.PsId()) +
                                 ", Name = " + metadata.Name() + " doesn't match a valid enum");
     }
+}
+
+std::int32_t CElementFactory::WidthOfField() const
+{
+    return stringutil::DecimalToInt(mContext.GetTag(keywords::TAG_ELEM_BIT_WIDTH));
 }
 
 bool CElementFactory::ChecksData() const

@@ -277,6 +277,8 @@ void CMetadata::Inspect(IMetadataInspectorObserver & observer) const
 
 void CMetadata::InspectIndices(IMetadataInspectorObserver & observer) const
 {
+    ZYN_SENTRY("VrexZynConfigTools::CMetadata::InspectIndices");
+
     for (const CTableIndex * const index : mTableIndices) {
         if (index == nullptr)
             continue;
@@ -289,6 +291,8 @@ void CMetadata::InspectIndices(IMetadataInspectorObserver & observer) const
 
 void CMetadata::InspectDetails(IMetadataInspectorObserver & observer) const
 {
+    ZYN_SENTRY("VrexZynConfigTools::CMetadata::InspectDetails");
+
     while (IMetadataDetail * const details = Details()) {
         if (!IsArray()) {
             details->Inspect(observer);

@@ -310,6 +310,8 @@ void CMetadataDetailStruct::OrderFieldsForTargetArchitecture()
 
 void CMetadataDetailStruct::OrderFieldsOfInnerStructs()
 {
+    ZYN_SENTRY("VrexZynConfigTools::CMetadataDetailStruct::OrderFieldsOfInnerStructs");
+
     for (const CStructField * const field : mFields) {
         if (!IsStruct(*field))
             continue;
