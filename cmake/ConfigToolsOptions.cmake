@@ -29,7 +29,7 @@ target_compile_features(configtools_options INTERFACE cxx_std_20)
 target_compile_options(configtools_options INTERFACE
     # A null reference is part of the contract of an element's metadata: checks on it must stay in the code.
     -fno-delete-null-pointer-checks
-    # Unique symbols keep a module mapped for ever, so that unloading would do nothing.
+    # A module with unique symbols is never unmapped, so that unloading it would do nothing.
     $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>
     # __FILE__ names a place in the source tree, not on the machine that built it.
     "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")

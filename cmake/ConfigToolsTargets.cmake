@@ -31,7 +31,7 @@ endfunction()
 
 # configtools_add_kit(<folder> SOURCES <file>... [LIBRARIES <library>...] [USES <library>...])
 # The static library kit_<folder>: what plug-ins and programs share. It is linked into modules, so it is built as they
-# are. LIBRARIES stand in its headers, USES in its sources only.
+# are. Its headers use LIBRARIES, its sources USES too.
 function(configtools_add_kit folder)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES;USES")
     set(name kit_${folder})

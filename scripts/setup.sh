@@ -54,7 +54,7 @@ as_root() {
 require_packages() {
     begin "looking for the packages needed"
     if ! command -v dpkg-query >/dev/null; then
-        echo "Not a Debian system: taking for granted what these packages hold: $*"
+        echo "Not a Debian system: assuming that these are installed: $*"
         return
     fi
     local package missing=()
