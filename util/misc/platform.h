@@ -5,6 +5,7 @@
 #ifndef MISC_PLATFORM_H
 #define MISC_PLATFORM_H
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -66,6 +67,13 @@ ModuleHandle OpenModule(const std::string & path, LoadFailure & failure);
 EntryPoint FindEntryPoint(ModuleHandle module, const char * name);
 
 void CloseModule(ModuleHandle module);
+
+/// What `tolower` returns for each byte.
+using LowerCases = std::array<int, 256>;
+
+/// Updates `known` to the locale in force; true if it differed. No standard function reports that a locale has changed,
+/// so everything is compared; where the system's C library shows its table this takes less time than a lookup.
+bool UpdateLowerCases(LowerCases & known);
 
 }   // namespace platform
 

@@ -2,6 +2,7 @@
 
 #include <misc/elfcheck.h>
 
+#include <ctype.h>
 #include <dirent.h>
 #include <dlfcn.h>
 #include <link.h>
@@ -9,6 +10,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
+#include <cstddef>
+#include <cstring>
 #include <memory>
 #include <string_view>
 
@@ -161,6 +165,24 @@ EntryPoint FindEntryPoint(ModuleHandle module, const char * name)
 void CloseModule(ModuleHandle module)
 {
     dlclose(module);
+}
+
+bool UpdateLowerCases(LowerCases & known)
+{
+#ifdef __GLIBC__
+    const int * const table = *__ctype_tolower_loc();
+    if (std::memcmp(table, known.data(), sizeof(known)) == 0)
+        return false;
+    std::copy_n(table, known.size(), known.begin());
+    return true;
+#else
+    LowerCases present{};
+    for (std::size_t byte = 0; byte < present.size(); ++byte)
+        present[byte] = std::tolower(static_cast<int>(byte));
+    const bool differs = present != known;
+    known = present;
+    return differs;
+#endif
 }
 
 }   // namespace platform
