@@ -101,8 +101,8 @@ TEST_F(Allocations, an_element_that_is_stored_costs_one_and_the_growth_of_the_in
     const std::vector<CElement *> elements = NewElements(COUNT);
     const std::uint64_t all = AllocationsOf([&] { Add(elements, mContext); });
 
-    // Three tables, each of which doubles now and then, and what a context keeps of its tags.
-    constexpr std::uint64_t GROWTH = 3 * 15 + 3;
+    // Three tables, each of which grows by a quarter now and then, and what a context keeps of its tags.
+    constexpr std::uint64_t GROWTH = 3 * 32 + 3;
     EXPECT_GE(all, COUNT);
     EXPECT_LE(all, COUNT + GROWTH);
 }

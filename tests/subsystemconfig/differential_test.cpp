@@ -4,6 +4,7 @@
 #include <configtools/subsystemconfig.h>
 #include <support/context_pool.h>
 #include <support/element_observers.h>
+#include <support/made_locale.h>
 #include <support/random_source.h>
 #include <support/walk_model.h>
 
@@ -28,6 +29,7 @@ struct Plan
     std::size_t mLimit;     // of elements
     std::size_t mForeign;   // percent of elements of foreign classes, in every other phase
     bool mDebug = false;
+    bool mChangesLocale = false;
 };
 
 void PrintTo(const Plan & plan, std::ostream * stream)
@@ -55,6 +57,8 @@ public:
 
     void Step()
     {
+        if (mPlan.mChangesLocale && mRandom.Chance(5))
+            ChangeLocale();
         switch (mRandom.Below(16)) {
         case 0:
             return mContexts.Change();
@@ -122,6 +126,13 @@ private:
         mIsForeignPhase = !mIsForeignPhase;
     }
 
+    void ChangeLocale()
+    {
+        static const std::vector<std::string> NAMES{ "C", "C.UTF-8", "CP1251", "KOI8-R", "ISO-8859-15",
+            "Turkish ISO-8859-9" };
+        mLocales.Switch(mRandom.Of(NAMES));
+    }
+
     void Insert()
     {
         if (mModel.All().size() >= mPlan.mLimit)
@@ -181,6 +192,7 @@ private:
     }
 
     const Plan mPlan;
+    MadeLocales mLocales;
     RandomSource mRandom;
     ContextPool mContexts;
     Lives mLives;
@@ -221,7 +233,10 @@ INSTANTIATE_TEST_SUITE_P(Plans, CSubsystemConfigDifferential,
         Plan{ "few_with_foreign_classes", 2, 40000, 3, 25, 20 }, Plan{ "some", 3, 40000, 12, 60, 0 },
         Plan{ "some_with_foreign_classes", 4, 40000, 12, 60, 4 }, Plan{ "many", 5, 12000, 300, 800, 0 },
         Plan{ "many_with_foreign_classes", 6, 8000, 300, 800, 1 },
-        Plan{ "debug_output_changes_nothing", 7, 10000, 8, 30, 5, true }),
+        Plan{ "debug_output_changes_nothing", 7, 10000, 8, 30, 5, true },
+        Plan{ "in_changing_locales", 8, 30000, 6, 60, 0, false, true },
+        Plan{ "in_changing_locales_with_foreign_classes", 9, 20000, 6, 60, 4, false, true },
+        Plan{ "a_table_of_many_rows", 10, 8000, 1, 800, 0 }),
     [](const testing::TestParamInfo<Plan> & plan) { return std::string(plan.param.mName); });
 
 }   // namespace

@@ -47,9 +47,10 @@ protected:
     {
         return new CElementNumericArray(id, name, AListOf(new TracedPayload(mLives, uid, length)), true);
     }
-    CElement * TracedRow(int uid, std::uint32_t id, const std::vector<std::uint32_t> & indices)
+    CElement * TracedRow(int uid, std::uint32_t id, const std::vector<std::uint32_t> & indices,
+        const std::string & name = "")
     {
-        return new CIndexedElement(id, "", indices, AListOf(new TracedPayload(mLives, uid)), true);
+        return new CIndexedElement(id, name, indices, AListOf(new TracedPayload(mLives, uid)), true);
     }
 
     /// The whole list as the elements' own numbers.

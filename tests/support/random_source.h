@@ -61,7 +61,9 @@ public:
         static const std::vector<std::string> NASTY{ "", " ", "a", "Ab", "12abc", "12ABC", "0x", "0x10", "16",
             "020", "08", "+5", " 5", "5 ", "-1", "2147483648", "3000000000", "\xC4\xD6", "\xE4\xF6", "a.b", ".",
             std::string("n\0x", 3), std::string("5\0a", 3), std::string("\0", 1), "\x0BZ", "-", "0B",
-            "aNameTooLongForTheSmallBufferOfAString", "anametoolongforthesmallbufferofastrinG" };
+            "aNameTooLongForTheSmallBufferOfAString", "anametoolongforthesmallbufferofastrinG",
+            "\xD0\x9A\xD0\xBB\xD1\x8E\xD1\x87", "\xD0\xBA\xD0\xBB\xD1\x8E\xD1\x87", "\xCE\x9A\xCE\xBB",
+            "\xE9\x94\xAE", "\xCB\xCE\xD7", "\xEB\xEE\xF7", "\xEB\xCE\xD7", "P\xDDN", "p\xFDn", "pin" };
         return Recased(Chance(40) ? Of(NASTY) : Numbered("Key", Below(spread)));
     }
 

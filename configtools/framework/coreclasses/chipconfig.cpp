@@ -69,7 +69,7 @@ template <typename FindT, typename LookUpT>
 const CElement & Topmost(const CSearchPath & path, FindT find, LookUpT lookUp)
 {
     for (std::size_t at = 0; at < path.mLength; ++at) {
-        const CElementIndex & index = *path.mIndexes[at];
+        CElementIndex & index = *path.mIndexes[at];
         if (!index.IsExact())
             return Topmost(path, lookUp);
         if (const CElement * found = find(index))
@@ -205,7 +205,7 @@ const CElement & CChipConfig::GetElement(
     if (!key.mIsPlainText)
         return Topmost(path, lookUp);
     return Topmost(
-        path, [&key](const CElementIndex & index) { return index.FirstPlainNamed(key); }, lookUp);
+        path, [&key](CElementIndex & index) { return index.FirstPlainNamed(key); }, lookUp);
 }
 
 // The literal lookup: a context of a foreign class is asked for one layer after the other, down to the answer.

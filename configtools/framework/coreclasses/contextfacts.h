@@ -44,7 +44,7 @@ struct CSearchPath
     static constexpr std::size_t MAX_LENGTH = 16;   // layers 15 to 0
 
     std::array<CSubsystemConfig *, MAX_LENGTH> mSubsystems;   // the first mLength are set
-    std::array<const CElementIndex *, MAX_LENGTH> mIndexes;   // theirs, in the same order
+    std::array<CElementIndex *, MAX_LENGTH> mIndexes;         // theirs, in the same order
     std::size_t mLength = 0;
 };
 

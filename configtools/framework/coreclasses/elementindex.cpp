@@ -1,9 +1,11 @@
 #include "elementindex.h"
 
+#include "localefolding.h"
+#include "namehash.h"
+
 #include <configtools/elements.h>
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <cstring>
 #include <stdexcept>
@@ -13,365 +15,390 @@ namespace VrexZynConfigTools {
 
 namespace {
 
-constexpr std::size_t FIRST_SLOT_COUNT = 16;
-constexpr unsigned FIRST_SHIFT = 28;   // 32 less the binary logarithm of 16
-static_assert(std::uint64_t{ FIRST_SLOT_COUNT } << FIRST_SHIFT == std::uint64_t{ 1 } << 32U);
-
-struct ElementKind
+unsigned char Lower(char character)
 {
-    bool mIsPlain;
-    bool mIsForeign;
-};
-
-// The usual classes come first, and need no cast: it would cost more than all else that is done for a new element.
-ElementKind KindOf(const CElement & element)
-{
-    const std::type_info & type = typeid(element);
-    if (type == typeid(CElementNumericArray) || type == typeid(CElementString) ||
-        type == typeid(CElementEnum) || type == typeid(CElementStruct) || type == typeid(CElementRaw))
-        return { true, false };
-    const auto * row = dynamic_cast<const CIndexedElement *>(&element);
-    return { row == nullptr || row->NumIndices() == 0, type != typeid(CIndexedElement) };
-}
-
-using Word = std::uint64_t;   // eight characters
-
-Word WordAt(const char * characters)
-{
-    Word word = 0;
-    std::memcpy(&word, characters, sizeof(word));
-    return word;
-}
-
-// Fewer than eight characters, with zeros behind them.
-Word ShortWord(const char * characters, std::size_t count)
-{
-    Word word = 0;
-    for (std::size_t at = 0; at < count; ++at)
-        word |= static_cast<Word>(static_cast<unsigned char>(characters[at])) << (8 * at);
-    return word;
-}
-
-bool EqualBytes(const char * left, const char * right, std::size_t count)
-{
-    if (count < sizeof(Word))
-        return ShortWord(left, count) == ShortWord(right, count);
-    for (std::size_t at = 0; at + sizeof(Word) < count; at += sizeof(Word)) {
-        if (WordAt(left + at) != WordAt(right + at))
-            return false;
-    }
-    return WordAt(left + count - sizeof(Word)) == WordAt(right + count - sizeof(Word));
+    return static_cast<unsigned char>(std::tolower(static_cast<unsigned char>(character)));
 }
 
 bool EqualWithoutCase(const std::string & left, const std::string & right)
 {
     if (left.size() != right.size())
         return false;
-    if (EqualBytes(left.data(), right.data(), left.size()))
-        return true;
-    return std::equal(left.begin(), left.end(), right.begin(), [](char a, char b) {
-        return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
-    });
+    return std::memcmp(left.data(), right.data(), left.size()) == 0 ||
+           std::equal(
+               left.begin(), left.end(), right.begin(), [](char a, char b) { return Lower(a) == Lower(b); });
 }
 
-constexpr Word EACH_BYTE = 0x0101010101010101U;
-constexpr Word TOP_BITS = 0x80U * EACH_BYTE;
-
-// The top bit of each byte that is `character`.
-constexpr Word Matches(Word word, char character)
+bool IsLowerCaseOf(const std::string & lowered, const std::string & name)
 {
-    const Word difference = word ^ (static_cast<Word>(character) * EACH_BYTE);
-    return ~(((difference & ~TOP_BITS) + ~TOP_BITS) | difference | ~TOP_BITS);
+    return std::equal(lowered.begin(), lowered.end(), name.begin(), name.end(),
+        [](char a, char b) { return static_cast<unsigned char>(a) == Lower(b); });
 }
 
-// Maps characters so that those which `tolower` may join in any locale become the same. The bit 0x20 joins the cases of
-// the letters (and some other characters, which costs a collision and nothing more). What a locale does with the bytes
-// above 127 isn't known here, and some join one of them with an "i", so all these are one character.
-constexpr Word Fold(Word word)
+// What `strtol` skips or takes for a part of a number.
+bool MayBeginNumber(char first)
 {
-    word |= 0x20U * EACH_BYTE;
-    const Word joined = (((word & TOP_BITS) | Matches(word, 'i')) >> 7U) * 0xFFU;
-    return (word & ~joined) | (('i' * EACH_BYTE) & joined);
+    return (first >= '0' && first <= '9') || first == '+' || first == '-' ||
+           std::isspace(static_cast<unsigned char>(first)) != 0;
 }
-static_assert(Fold(0x4142434A4B4C4D5AU) == Fold(0x6162636A6B6C6D7AU));
-static_assert(Fold(0x4900000000000000U) == Fold(0xDD00000000000000U));
 
-/// Folds and hashes a text word by word, and notices a ".".
-class CNameScan
+// Neither a table row nor a row without indices: it is the same as any row of its number.
+bool IsNoRow(const CElement & element)
 {
-public:
-    explicit CNameScan(std::size_t length)
-        : mHash(length)
-    {}
-    void Add(Word word)
-    {
-        mDots |= Matches(word, '.');
-        mHash = (mHash ^ Fold(word)) * 0x9E3779B97F4A7C15U;
-        mHash ^= mHash >> 32U;
+    return dynamic_cast<const CIndexedElement *>(&element) == nullptr;
+}
+
+bool HasIndices(const CElement & element, const std::vector<std::uint32_t> & indices)
+{
+    const auto & row = static_cast<const CIndexedElement &>(element);
+    if (row.NumIndices() != indices.size())
+        return false;
+    for (std::uint32_t at = 0; at < row.NumIndices(); ++at) {
+        if (row.Index(at) != indices[at])
+            return false;
     }
-    std::uint32_t Hash() const { return static_cast<std::uint32_t>(mHash); }
-    bool HasDot() const { return mDots != 0; }
+    return true;
+}
 
-private:
-    Word mHash;
-    Word mDots = 0;
-};
-
-bool BeginsAsName(const std::string & text)
+std::uint32_t HashOfIndices(std::uint32_t hash, const std::vector<std::uint32_t> & indices)
 {
-    const char first = text.empty() ? '0' : text.front();
-    const char letter = static_cast<char>(first | 0x20);
-    return (letter >= 'a' && letter <= 'z') || first == '_';
+    for (const std::uint32_t index : indices)
+        hash = HashOfIndex(hash, index, ProcessSecret());
+    return hash;
+}
+
+std::uint32_t HashOfIndices(std::uint32_t hash, const CIndexedElement & row)
+{
+    for (std::uint32_t at = 0; at < row.NumIndices(); ++at)
+        hash = HashOfIndex(hash, row.Index(at), ProcessSecret());
+    return hash;
+}
+
+std::uint32_t HashOfNumber(std::uint32_t number)
+{
+    return HashOfNumber(number, ProcessSecret());
 }
 
 }   // namespace
 
-const CElementIndex::Way CElementIndex::BY_ID = { &CElementIndex::mById, &Entry::mId, &Entry::mNextById,
-    false };
-const CElementIndex::Way CElementIndex::BY_NAME = { &CElementIndex::mByName, &Description::mNameHash,
-    &Entry::mNextByName, true };
-
-CElementIndex::CChainTable::CChainTable()
-    : mSlots(std::make_unique<Slot[]>(FIRST_SLOT_COUNT))
-    , mMask(FIRST_SLOT_COUNT - 1)
-    , mShift(FIRST_SHIFT)
+CElementIndex::CElementIndex(ElementList & elements)
+    : mElements(elements)
 {}
-
-CElementIndex::CChainTable::Slot & CElementIndex::CChainTable::FindOrAdd(std::uint32_t key) noexcept
-{
-    std::size_t at = Home(key);
-    while (mSlots[at].mTail != NONE && mSlots[at].mKey != key)
-        at = Next(at);
-    if (mSlots[at].mTail == NONE) {
-        mSlots[at].mKey = key;
-        ++mCount;
-    }
-    return mSlots[at];
-}
-
-void CElementIndex::CChainTable::Erase(std::uint32_t key) noexcept
-{
-    std::size_t hole = Home(key);
-    while (mSlots[hole].mKey != key || mSlots[hole].mTail == NONE)
-        hole = Next(hole);
-    // What stands behind the hole moves up, unless that would put it ahead of its home.
-    for (std::size_t at = Next(hole); mSlots[at].mTail != NONE; at = Next(at)) {
-        if (((at - Home(mSlots[at].mKey)) & mMask) >= ((at - hole) & mMask)) {
-            mSlots[hole] = mSlots[at];
-            hole = at;
-        }
-    }
-    mSlots[hole] = Slot{};
-    --mCount;
-}
-
-void CElementIndex::CChainTable::Reserve()
-{
-    const std::size_t size = mMask + 1;
-    if ((mCount + 1) * 4 <= size * 3)
-        return;
-    auto former = std::make_unique<Slot[]>(size * 2);
-    former.swap(mSlots);
-    mMask = size * 2 - 1;
-    --mShift;
-    mCount = 0;
-    for (const Slot * slot = former.get(); slot != former.get() + size; ++slot) {
-        if (slot->mTail != NONE)
-            FindOrAdd(slot->mKey) = *slot;
-    }
-}
-
-CElementIndex::CElementIndex() = default;
 
 CElementIndex::NameKey CElementIndex::KeyOf(const std::string & name)
 {
-    const char * const characters = name.data();
-    const std::size_t length = name.size();
-    CNameScan scan(length);
-    if (length < sizeof(Word)) {
-        scan.Add(ShortWord(characters, length));
-    } else {
-        for (std::size_t at = 0; at + sizeof(Word) < length; at += sizeof(Word))
-            scan.Add(WordAt(characters + at));
-        scan.Add(WordAt(characters + length - sizeof(Word)));
+    CLocaleFolding & locale = CLocaleFolding::Instance();
+    if (locale.IsNeeded())
+        locale.Follow();
+    const NameScan scan = ScanName(name, locale.Folding(), ProcessSecret());
+    if (scan.mHasHighBytes && !locale.IsNeeded()) {
+        locale.Need();
+        return KeyOf(name);
     }
-    return { name, scan.Hash(), !scan.HasDot() && BeginsAsName(name) };
+    return { name, scan.mHash, !name.empty() && !scan.mHasDot && !MayBeginNumber(name.front()) };
 }
 
-CElement * CElementIndex::FirstPlainNamed(const NameKey & key) const
+CElement * CElementIndex::LastWithId(std::uint32_t id) const
 {
-    const CChainTable::Slot * slot = mByName.Find(key.mHash);
-    if (slot == nullptr || slot->mAnswer == nullptr)
+    const std::uint32_t hash = HashOfNumber(id);
+    const CHashRings::Slot * const slot = mByNumber.Find(hash);
+    if (slot != nullptr && mRows == nullptr && mByNumber.Last(slot->mFirst) == slot->mFirst)
+        return slot->mElement;
+    const std::uint32_t plain = slot != nullptr ? mByNumber.Last(slot->mFirst) : NONE;
+    const std::uint32_t row = mRows != nullptr ? mRows->mByNumber.First(hash) : NONE;
+    if (row == NONE)
+        return plain != NONE ? &ElementAt(plain) : nullptr;
+    const std::uint32_t lastRow = mRows->mByNumber.Last(row);
+    return &ElementAt(plain != NONE ? std::max(plain, lastRow) : lastRow);
+}
+
+CElement * CElementIndex::FirstWithId(std::uint32_t id) const
+{
+    const std::uint32_t hash = HashOfNumber(id);
+    const std::uint32_t row = mRows != nullptr ? mRows->mByNumber.First(hash) : NONE;
+    const std::uint32_t first = std::min(mByNumber.First(hash), row);   // NONE is the highest number
+    return first != NONE ? &ElementAt(first) : nullptr;
+}
+
+CElementIndex::ElementList CElementIndex::AllWithId(std::uint32_t id) const
+{
+    ElementList all;
+    const std::uint32_t hash = HashOfNumber(id);
+    const std::uint32_t firstPlain = mByNumber.First(hash);
+    const std::uint32_t firstRow = mRows != nullptr ? mRows->mByNumber.First(hash) : NONE;
+    std::uint32_t plain = firstPlain;
+    std::uint32_t row = firstRow;
+    while (plain != NONE || row != NONE) {
+        const bool isPlain = plain < row;
+        all.push_back(&ElementAt(isPlain ? plain : row));
+        (isPlain ? plain : row) =
+            isPlain ? mByNumber.Next(plain, firstPlain) : mRows->mByNumber.Next(row, firstRow);
+    }
+    return all;
+}
+
+CElement * CElementIndex::FirstPlainNamed(const NameKey & key)
+{
+    FollowFolding();
+    const CHashRings::Slot * const slot = mByName.Find(key.mHash);
+    if (slot == nullptr)
         return nullptr;
-    if (EqualWithoutCase(slot->mAnswer->mName, key.mName))
-        return slot->mAnswer;
-    for (const Entry & candidate : WithHash(key.mHash)) {
-        if (candidate.mIsPlain && EqualWithoutCase(candidate.mElement->mName, key.mName))
-            return candidate.mElement;
-    }
-    return nullptr;
+    if (EqualWithoutCase(slot->mElement->mName, key.mName))
+        return slot->mElement;
+    const std::uint32_t entry = FirstIn(mByName, key.mHash,
+        [&key](const CElement & element) { return EqualWithoutCase(element.mName, key.mName); });
+    return entry != NONE ? &ElementAt(entry) : nullptr;
 }
 
-CElementIndex::CCandidates CElementIndex::WithId(std::uint32_t id) const
+CElementIndex::Position CElementIndex::FirstNumbered(std::uint32_t id, const Indices & indices) const
 {
-    return Chain(BY_ID, id);
+    const std::uint32_t hash = HashOfNumber(id);
+    if (indices.empty())
+        return PositionOf(mByNumber.First(hash));
+    const std::uint32_t plain = FirstIn(mByNumber, hash, IsNoRow);
+    if (mRows == nullptr)
+        return PositionOf(plain);
+    const std::uint32_t row = FirstIn(mRows->mByPlace, HashOfIndices(hash, indices),
+        [&](const CElement & element) { return element.mPsId == id && HasIndices(element, indices); });
+    return PositionOf(std::min(plain, row));
 }
 
-CElementIndex::CCandidates CElementIndex::WithHash(std::uint32_t hash) const
+CElementIndex::Position CElementIndex::FirstNamed(const std::string & name, const Indices & indices)
 {
-    return Chain(BY_NAME, hash);
+    const std::uint32_t hash = KeyOf(name).mHash;
+    FollowFolding();
+    const std::uint32_t plain = FirstIn(mByName, hash, [&](const CElement & element) {
+        return IsLowerCaseOf(name, element.mName) && (indices.empty() || IsNoRow(element));
+    });
+    if (mRows == nullptr || indices.empty())
+        return PositionOf(plain);
+    const std::uint32_t row =
+        FirstIn(mRows->mByName, HashOfIndices(hash, indices), [&](const CElement & element) {
+            return IsLowerCaseOf(name, element.mName) && HasIndices(element, indices);
+        });
+    return PositionOf(std::min(plain, row));
 }
 
-CElementIndex::CCandidates CElementIndex::Chain(const Way & way, std::uint32_t key) const
+CElementIndex::Position CElementIndex::FirstSame(CElement & element) const
 {
-    const CChainTable::Slot * slot = (this->*way.mTable).Find(key);
-    return { mEntries, slot != nullptr ? slot->mTail : NONE, way.mNext };
+    const std::uint32_t hash = HashOfNumber(element.mPsId);
+    const auto isSame = [&element](const CElement & stored) { return stored.Same(element); };
+    const std::uint32_t plain = FirstIn(mByNumber, hash, isSame);
+    const auto * row = mRows != nullptr ? dynamic_cast<const CIndexedElement *>(&element) : nullptr;
+    if (row == nullptr)
+        return PositionOf(plain);
+    return PositionOf(std::min(plain, FirstIn(mRows->mByPlace, HashOfIndices(hash, *row), isSame)));
 }
 
-void CElementIndex::Reserve()
+void CElementIndex::Append(Position position)
 {
-    mById.Reserve();
-    mByName.Reserve();
-    if (mFirstFree != NONE)
+    FollowFolding();
+    PrepareEntry();
+    const Hashes hashes = HashesOf(**position);
+    PrepareRings(hashes, mPositions.size() + 1);
+    const auto entry = static_cast<std::uint32_t>(mPositions.size());
+    mPositions.push_back(position);
+    ++mCount;
+    Enter(hashes, entry, *position);
+}
+
+void CElementIndex::Replace(Position position, CElement & successor)
+{
+    FollowFolding();
+    const Hashes former = HashesOf(**position);
+    const Hashes hashes = HashesOf(successor);
+    const std::uint32_t entry = EntryAt(position, former);
+    PrepareRings(hashes, mPositions.size());
+    if (former.mKind == Kind::PLAIN && hashes.mKind == Kind::PLAIN && former.mNumber == hashes.mNumber &&
+        former.mIsNamed == hashes.mIsNamed && former.mName == hashes.mName)
+    {
+        mByNumber.Replace(hashes.mNumber, entry, &successor);
+        if (hashes.mIsNamed)
+            mByName.Replace(hashes.mName, entry, &successor);
         return;
-    if (mEntries.size() >= NONE)
+    }
+    Leave(former, entry);
+    Enter(hashes, entry, &successor);
+}
+
+void CElementIndex::Remove(Position position)
+{
+    FollowFolding();
+    const Hashes hashes = HashesOf(**position);
+    const std::uint32_t entry = EntryAt(position, hashes);
+    Leave(hashes, entry);
+    mPositions[entry] = Position();
+    if (--mCount == 0)
+        mPositions.clear();
+}
+
+// The usual classes come first, and need no cast: it would cost more than all else that is done for a new element.
+CElementIndex::Kind CElementIndex::KindOf(const CElement & element)
+{
+    const std::type_info & type = typeid(element);
+    if (type == typeid(CElementNumericArray) || type == typeid(CElementString) ||
+        type == typeid(CElementEnum) || type == typeid(CElementStruct) || type == typeid(CElementRaw))
+        return Kind::PLAIN;
+    if (type != typeid(CIndexedElement))
+        return Kind::FOREIGN;
+    return static_cast<const CIndexedElement &>(element).NumIndices() == 0 ? Kind::PLAIN : Kind::ROW;
+}
+
+CElementIndex::Hashes CElementIndex::HashesOf(const CElement & element)
+{
+    Hashes hashes;
+    hashes.mKind = KindOf(element);
+    if (hashes.mKind == Kind::FOREIGN)
+        return hashes;
+    const NameScan name = ScanName(element.mName, CLocaleFolding::Instance().Folding(), ProcessSecret());
+    hashes.mIsNamed = !element.mName.empty();
+    hashes.mHasHighBytes = name.mHasHighBytes;
+    hashes.mNumber = HashOfNumber(element.mPsId);
+    hashes.mName = name.mHash;
+    if (hashes.mKind == Kind::ROW) {
+        const auto & row = static_cast<const CIndexedElement &>(element);
+        hashes.mPlace = HashOfIndices(hashes.mNumber, row);
+        hashes.mName = HashOfIndices(hashes.mName, row);
+    }
+    return hashes;
+}
+
+CElementIndex::Position CElementIndex::PositionOf(std::uint32_t entry) const
+{
+    return entry != NONE ? mPositions[entry] : mElements.end();
+}
+
+std::uint32_t CElementIndex::EntryAt(Position position, const Hashes & hashes) const
+{
+    if (hashes.mKind == Kind::FOREIGN)
+        return static_cast<std::uint32_t>(
+            std::find(mPositions.begin(), mPositions.end(), position) - mPositions.begin());
+    const bool isRow = hashes.mKind == Kind::ROW;
+    const CHashRings & rings = isRow ? mRows->mByPlace : mByNumber;
+    const std::uint32_t first = rings.First(isRow ? hashes.mPlace : hashes.mNumber);
+    std::uint32_t entry = first;
+    while (mPositions[entry] != position)
+        entry = rings.Next(entry, first);
+    return entry;
+}
+
+template <typename MatchT>
+std::uint32_t CElementIndex::FirstIn(const CHashRings & rings, std::uint32_t hash, MatchT matches) const
+{
+    const std::uint32_t first = rings.First(hash);
+    std::uint32_t entry = first;
+    while (entry != NONE && !matches(ElementAt(entry)))
+        entry = rings.Next(entry, first);
+    return entry;
+}
+
+// Numbers aren't used again, since they ascend along the list; when many are gone all entries get new ones.
+void CElementIndex::PrepareEntry()
+{
+    if (mPositions.size() < mPositions.capacity())
+        return;
+    if (mCount <= mPositions.size() / 4 * 3 && mCount != mPositions.size())
+        return Renumber();
+    if (mPositions.size() >= NONE - 1)
         throw std::length_error("a subsystem holds too many elements");
-    mEntries.push_back(Entry{ { nullptr, 0, 0, false, false }, {}, 0, NONE, NONE });
-    mFirstFree = static_cast<std::uint32_t>(mEntries.size() - 1);
+    mPositions.reserve(RoomFor(mPositions.size() + 1, mPositions.capacity()));
 }
 
-void CElementIndex::Append(Position position) noexcept
+void CElementIndex::PrepareRings(const Hashes & hashes, std::size_t entryCount)
 {
-    const std::uint32_t at = mFirstFree;
-    Entry & entry = mEntries[at];
-    mFirstFree = entry.mNextById;
-    static_cast<Description &>(entry) = Describe(**position);
-    entry.mPosition = position;
-    entry.mOrder = mNextOrder++;
-    mForeignCount += entry.mIsForeign ? 1U : 0U;
-    Link(BY_ID, at);
-    Link(BY_NAME, at);
-}
-
-void CElementIndex::Replace(Position position, CElement * successor) noexcept
-{
-    const std::uint32_t at = EntryAt(position);
-    Entry & entry = mEntries[at];
-    const CElement * former = entry.mElement;
-    const Description description = Describe(*successor);
-    const auto staysIn = [&](const Way & way) {
-        return description.mIsPlain == entry.mIsPlain && description.*way.mKey == entry.*way.mKey;
-    };
-    const bool staysById = staysIn(BY_ID);
-    const bool staysByName = staysIn(BY_NAME);
-    if (!staysById)
-        Unlink(BY_ID, at);
-    if (!staysByName)
-        Unlink(BY_NAME, at);
-    mForeignCount += description.mIsForeign ? 1U : 0U;
-    mForeignCount -= entry.mIsForeign ? 1U : 0U;
-    static_cast<Description &>(entry) = description;
-    const auto stepIn = [&](const Way & way, bool stays) {
-        if (!stays)
-            Link(way, at);
-        else if (CChainTable::Slot & slot = (this->*way.mTable).FindOrAdd(entry.*way.mKey);
-                 slot.mAnswer == former)
-            slot.mAnswer = successor;
-    };
-    stepIn(BY_ID, staysById);
-    stepIn(BY_NAME, staysByName);
-}
-
-void CElementIndex::Remove(Position position) noexcept
-{
-    const std::uint32_t at = EntryAt(position);
-    Unlink(BY_ID, at);
-    Unlink(BY_NAME, at);
-    Entry & entry = mEntries[at];
-    mForeignCount -= entry.mIsForeign ? 1U : 0U;
-    entry.mElement = nullptr;
-    entry.mNextById = mFirstFree;
-    mFirstFree = at;
-}
-
-CElementIndex::Description CElementIndex::Describe(CElement & element) noexcept
-{
-    const ElementKind kind = KindOf(element);
-    return { &element, element.mPsId, KeyOf(element.mName).mHash, kind.mIsPlain, kind.mIsForeign };
-}
-
-std::uint32_t CElementIndex::EntryAt(Position position) const noexcept
-{
-    for (const Entry & candidate : WithId((*position)->mPsId)) {
-        if (candidate.mPosition == position)
-            return static_cast<std::uint32_t>(&candidate - mEntries.data());
+    // The rings by name need room for one an entry: in another locale all of them may have names of their own.
+    if (hashes.mKind == Kind::PLAIN) {
+        mByNumber.Prepare(hashes.mNumber, entryCount);
+        if (hashes.mIsNamed)
+            mByName.Prepare(hashes.mName, entryCount, mNamedCount + 1);
+    } else if (hashes.mKind == Kind::ROW) {
+        if (mRows == nullptr)
+            mRows = std::make_unique<Rows>();
+        mRows->mByNumber.Prepare(hashes.mNumber, entryCount);
+        mRows->mByPlace.Prepare(hashes.mPlace, entryCount);
+        if (hashes.mIsNamed)
+            mRows->mByName.Prepare(hashes.mName, entryCount, mRows->mNamedCount + 1);
     }
-    // Only an element of a foreign class can have changed its number since it came.
-    const auto found = std::find_if(mEntries.begin(), mEntries.end(),
-        [position](const Entry & entry) { return entry.mElement != nullptr && entry.mPosition == position; });
-    return static_cast<std::uint32_t>(found - mEntries.begin());
 }
 
-void CElementIndex::Link(const Way & way, std::uint32_t at) noexcept
+void CElementIndex::Enter(const Hashes & hashes, std::uint32_t entry, CElement * element) noexcept
 {
-    Entry & entry = mEntries[at];
-    CChainTable::Slot & slot = (this->*way.mTable).FindOrAdd(entry.*way.mKey);
-    if (slot.mTail == NONE) {
-        entry.*way.mNext = at;
-        slot.mTail = at;
-        slot.mAnswer = Answer(way, at);
+    if (hashes.mHasHighBytes && !mHasHighBytes) {
+        mHasHighBytes = true;
+        mFoldingGeneration = CLocaleFolding::Instance().Generation();
+        CLocaleFolding::Instance().Need();
+    }
+    if (hashes.mKind == Kind::FOREIGN) {
+        ++mForeignCount;
+    } else if (hashes.mKind == Kind::PLAIN) {
+        mByNumber.Add(hashes.mNumber, entry, element);
+        if (hashes.mIsNamed) {
+            mByName.Add(hashes.mName, entry, element);
+            ++mNamedCount;
+        }
+    } else {
+        mRows->mByNumber.Add(hashes.mNumber, entry, element);
+        mRows->mByPlace.Add(hashes.mPlace, entry, element);
+        if (hashes.mIsNamed) {
+            mRows->mByName.Add(hashes.mName, entry, element);
+            ++mRows->mNamedCount;
+        }
+    }
+}
+
+void CElementIndex::Leave(const Hashes & hashes, std::uint32_t entry) noexcept
+{
+    const auto elementOf = [this](std::uint32_t next) { return &ElementAt(next); };
+    if (hashes.mKind == Kind::FOREIGN) {
+        --mForeignCount;
+    } else if (hashes.mKind == Kind::PLAIN) {
+        mByNumber.Remove(hashes.mNumber, entry, elementOf);
+        if (hashes.mIsNamed) {
+            mByName.Remove(hashes.mName, entry, elementOf);
+            --mNamedCount;
+        }
+    } else {
+        mRows->mByNumber.Remove(hashes.mNumber, entry, elementOf);
+        mRows->mByPlace.Remove(hashes.mPlace, entry, elementOf);
+        if (hashes.mIsNamed) {
+            mRows->mByName.Remove(hashes.mName, entry, elementOf);
+            --mRows->mNamedCount;
+        }
+    }
+}
+
+// Hashes of names with bytes above 127 are those of one locale.
+void CElementIndex::FollowFolding()
+{
+    const std::uint32_t generation = CLocaleFolding::Instance().Generation();
+    if (!mHasHighBytes || mFoldingGeneration == generation)
         return;
-    }
-    const bool isLast = mEntries[slot.mTail].mOrder < entry.mOrder;
-    InsertInOrder(way, slot.mTail, at);
-    if (!isLast) {
-        slot.mAnswer = Answer(way, slot.mTail);
-        return;
-    }
-    slot.mTail = at;
-    if (!way.mAnswersFirstPlain || (slot.mAnswer == nullptr && entry.mIsPlain))
-        slot.mAnswer = entry.mElement;
+    // Names that had hashes of their own may share one now.
+    mByName.MakeLinks(mPositions.size());
+    if (mRows != nullptr)
+        mRows->mByName.MakeLinks(mPositions.size());
+    mFoldingGeneration = generation;
+    Renumber();
 }
 
-void CElementIndex::Unlink(const Way & way, std::uint32_t at) noexcept
+// Needs no memory: there is room already for everything.
+void CElementIndex::Renumber() noexcept
 {
-    const Entry & entry = mEntries[at];
-    CChainTable & table = this->*way.mTable;
-    if (entry.*way.mNext == at) {
-        table.Erase(entry.*way.mKey);
-        return;
+    mByNumber.Clear();
+    mByName.Clear();
+    mNamedCount = 0;
+    if (mRows != nullptr) {
+        mRows->mByNumber.Clear();
+        mRows->mByPlace.Clear();
+        mRows->mByName.Clear();
+        mRows->mNamedCount = 0;
     }
-    CChainTable::Slot & slot = table.FindOrAdd(entry.*way.mKey);
-    std::uint32_t before = slot.mTail;
-    while (mEntries[before].*way.mNext != at)
-        before = mEntries[before].*way.mNext;
-    mEntries[before].*way.mNext = entry.*way.mNext;
-    if (slot.mTail == at)
-        slot.mTail = before;
-    if (slot.mAnswer == entry.mElement)
-        slot.mAnswer = Answer(way, slot.mTail);
-}
-
-void CElementIndex::InsertInOrder(const Way & way, std::uint32_t tail, std::uint32_t at) noexcept
-{
-    std::uint32_t before = tail;
-    if (mEntries[tail].mOrder > mEntries[at].mOrder) {
-        while (mEntries[mEntries[before].*way.mNext].mOrder < mEntries[at].mOrder)
-            before = mEntries[before].*way.mNext;
+    mForeignCount = 0;
+    mPositions.clear();
+    for (auto position = mElements.begin(); position != mElements.end(); ++position) {
+        mPositions.push_back(position);
+        Enter(HashesOf(**position), static_cast<std::uint32_t>(mPositions.size() - 1), *position);
     }
-    mEntries[at].*way.mNext = mEntries[before].*way.mNext;
-    mEntries[before].*way.mNext = at;
-}
-
-CElement * CElementIndex::Answer(const Way & way, std::uint32_t tail) const noexcept
-{
-    if (!way.mAnswersFirstPlain)
-        return mEntries[tail].mElement;
-    for (const Entry & candidate : CCandidates(mEntries, tail, way.mNext)) {
-        if (candidate.mIsPlain)
-            return candidate.mElement;
-    }
-    return nullptr;
 }
 
 }   // namespace VrexZynConfigTools

@@ -77,7 +77,7 @@ CSubsystemConfig::CSubsystemConfig(
     : mType(static_cast<unsigned short>(context.SubsystemType()))
     , mContext(nullptr)
     , mObserver(observer)
-    , mIndex(std::make_unique<CElementIndex>())
+    , mIndex(std::make_unique<CElementIndex>(mElements))
     , mWinners(winners)
 {
     ZYN_CONSTRUCTOR(GROUP_CORE_CLASSES, "VrexZynConfigTools::CSubsystemConfig::CSubsystemConfig");
@@ -142,7 +142,7 @@ CElement & CSubsystemConfig::Element(const std::string & key)
 
     const CElementIndex::NameKey name = CElementIndex::KeyOf(key);
     const bool isIndexed = mIndex->IsExact() && name.mIsPlainText && !CTheMsgHnd::DebugActivated();
-    return ElementOrNull(isIndexed ? mIndex->FirstPlainNamed(name) : WalkToFirst(key));
+    return ElementOrNull(isIndexed ? mIndex->FirstPlainNamed(name) : FirstSelected(key));
 }
 
 const std::list<CElement *> & CSubsystemConfig::Elements()
@@ -155,14 +155,11 @@ const std::list<CElement *> CSubsystemConfig::Elements(std::uint32_t id)
 {
     ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::Elements");
 
+    if (mIndex->IsExact())
+        return mIndex->AllWithId(id);
     std::list<CElement *> elements;
-    if (mIndex->IsExact()) {
-        for (const CElementIndex::Entry & candidate : mIndex->WithId(id))
-            elements.push_back(candidate.mElement);
-    } else {
-        std::copy_if(mElements.begin(), mElements.end(), std::back_inserter(elements),
-            [id](const CElement * element) { return element->PsId() == id; });
-    }
+    std::copy_if(mElements.begin(), mElements.end(), std::back_inserter(elements),
+        [id](const CElement * element) { return element->PsId() == id; });
     return elements;
 }
 
@@ -311,18 +308,12 @@ CSubsystemConfig::ElementList::iterator CSubsystemConfig::ElementIterator(
     ZYN_SENTRY("VrexZynConfigTools::CSubsystemConfig::ElementIterator");
 
     const Query query = ParseKey(key, indices);
-    if (!mIndex->IsExact()) {
-        return std::find_if(mElements.begin(), mElements.end(),
-            [&query](const CElement * element) { return query.Names(*element) && query.Selects(*element); });
-    }
-    for (const CElementIndex::Entry & candidate :
-        query.mIsNumber ? mIndex->WithId(query.mNumber)
-                        : mIndex->WithHash(CElementIndex::KeyOf(query.mName).mHash))
-    {
-        if (query.Names(*candidate.mElement) && query.Selects(*candidate.mElement))
-            return candidate.mPosition;
-    }
-    return mElements.end();
+    if (mIndex->IsExact() && query.mIsNumber)
+        return mIndex->FirstNumbered(query.mNumber, query.mIndices);
+    if (mIndex->IsExact() && !query.mName.empty())
+        return mIndex->FirstNamed(query.mName, query.mIndices);
+    return std::find_if(mElements.begin(), mElements.end(),
+        [&query](const CElement * element) { return query.Names(*element) && query.Selects(*element); });
 }
 
 CSubsystemConfig::ElementList::iterator CSubsystemConfig::ElementIterator(
@@ -341,8 +332,8 @@ bool CSubsystemConfig::RemoveElement(ElementList::iterator position)
 
     if (position == mElements.end())
         return result;
-    const std::unique_ptr<CElement> removed(*position);
     mIndex->Remove(position);
+    const std::unique_ptr<CElement> removed(*position);
     mElements.erase(position);
     OnElementGone(removed.get(), nullptr);
     return result = true;
@@ -355,7 +346,7 @@ CElement * CSubsystemConfig::WalkToLast(std::uint32_t id) const
     return found != mElements.rend() ? *found : nullptr;
 }
 
-CElement * CSubsystemConfig::WalkToFirst(const std::string & key)
+CElement * CSubsystemConfig::FirstSelected(const std::string & key)
 {
     const auto found = ElementIterator(key, nullptr);
     return found != mElements.end() ? *found : nullptr;
@@ -363,10 +354,8 @@ CElement * CSubsystemConfig::WalkToFirst(const std::string & key)
 
 const CElement * CSubsystemConfig::FirstWithId(std::uint32_t id) const
 {
-    if (mIndex->IsExact()) {
-        const auto candidates = mIndex->WithId(id);
-        return candidates.begin() != candidates.end() ? (*candidates.begin()).mElement : nullptr;
-    }
+    if (mIndex->IsExact())
+        return mIndex->FirstWithId(id);
     const auto found = std::find_if(
         mElements.begin(), mElements.end(), [id](const CElement * element) { return element->PsId() == id; });
     return found != mElements.end() ? *found : nullptr;
@@ -374,29 +363,24 @@ const CElement * CSubsystemConfig::FirstWithId(std::uint32_t id) const
 
 CSubsystemConfig::ElementList::iterator CSubsystemConfig::FindSame(CElement & element)
 {
-    if (!mIndex->IsExact()) {
-        return std::find_if(mElements.begin(), mElements.end(),
-            [&element](const CElement * stored) { return stored->Same(element); });
-    }
-    for (const CElementIndex::Entry & candidate : mIndex->WithId(element.PsId())) {
-        if (candidate.mElement->Same(element))
-            return candidate.mPosition;
-    }
-    return mElements.end();
+    if (mIndex->IsExact())
+        return mIndex->FirstSame(element);
+    return std::find_if(mElements.begin(), mElements.end(),
+        [&element](const CElement * stored) { return stored->Same(element); });
 }
 
 void CSubsystemConfig::Append(std::unique_ptr<CElement> & element)
 {
-    mIndex->Reserve();
-    mIndex->Append(mElements.insert(mElements.end(), element.get()));
+    ElementList place(1, element.get());
+    mIndex->Append(place.begin());
+    mElements.splice(mElements.end(), place);
     element.release();   // the list owns it now
 }
 
 void CSubsystemConfig::ReplaceElement(ElementList::iterator position, std::unique_ptr<CElement> & successor)
 {
-    mIndex->Reserve();
+    mIndex->Replace(position, *successor);
     const std::unique_ptr<CElement> former(*position);
-    mIndex->Replace(position, successor.get());
     *position = successor.release();   // the list owns it now
     OnElementGone(former.get(), *position);
 }

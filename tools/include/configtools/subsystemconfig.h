@@ -96,7 +96,7 @@ private:
     struct Query;
     Query ParseKey(const std::string & key, const std::vector<std::uint32_t> * indices);
     CElement * WalkToLast(std::uint32_t id) const;
-    CElement * WalkToFirst(const std::string & key);
+    CElement * FirstSelected(const std::string & key);
     const CElement * FirstWithId(std::uint32_t id) const;
     ElementList::iterator FindSame(CElement & element);
     void Append(std::unique_ptr<CElement> & element);
