@@ -1,3 +1,4 @@
+#include <support/debug_capture.h>
 #include <support/element_builder.h>
 #include <support/foreign_payload.h>
 #include <support/framework_errors.h>
@@ -266,6 +267,20 @@ TEST(CElementString, with_a_null_payload_is_as_one_without)
 }
 
 // --- CElementStruct --------------------------------------------------------------------------------------------
+
+TEST(ElementVariants, trace_the_size_that_they_return_and_the_transfer_of_payloads)
+{
+    CElementRaw raw(100, "name", AListOf(new CUint8Payload(1)), true);
+    const CElementStruct structure(100, "name", true);
+    const support::DebugCapture debug(0);
+    raw.Size();
+    structure.Size();
+    for (IPayload * const payload : raw.TransferPayload())
+        delete payload;
+    EXPECT_EQ(debug.Count("<- VrexZynConfigTools::CElementRaw::Size [returning 1]"), 1U);
+    EXPECT_EQ(debug.Count("<- VrexZynConfigTools::CElementStruct::Size [returning 0]"), 1U);
+    EXPECT_EQ(debug.Count("<- VrexZynConfigTools::CElement::TransferPayload"), 1U);
+}
 
 TEST(CElementStruct, is_shown_as_struct_and_has_the_size_of_its_payloads)
 {

@@ -141,6 +141,8 @@ std::vector<IPayload *> CElement::GetPayloadCopy(bool transfer)
 
 std::vector<IPayload *> CElement::TransferPayload()
 {
+    ZYN_SENTRY("VrexZynConfigTools::CElement::TransferPayload");
+
     return GetPayloadCopy(true);
 }
 

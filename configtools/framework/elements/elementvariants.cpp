@@ -112,7 +112,10 @@ std::string CElementStruct::ToString() const
 
 std::uint64_t CElementStruct::Size() const
 {
-    return PayloadCollectionSize();
+    std::uint64_t result = 0;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CElementStruct::Size", result);
+
+    return result = PayloadCollectionSize();
 }
 
 void CElementStruct::AddField(IPayload * field)
@@ -213,7 +216,10 @@ std::string CElementRaw::ToString() const
 
 std::uint64_t CElementRaw::Size() const
 {
-    return PayloadCollectionSize();
+    std::uint64_t result = 0;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CElementRaw::Size", result);
+
+    return result = PayloadCollectionSize();
 }
 
 }   // namespace VrexZynConfigTools
