@@ -28,10 +28,10 @@ namespace {
 
 constinit bool sinkIsBusy = false;
 
-/// Calls the sink, if there is one. What it throws is swallowed, and what it causes by calling the library in its
-/// turn is not told to it: it would never come to an end.
+/// Calls the sink, if there is one. What it throws is swallowed. It is not called for what it causes by calling the
+/// library in its turn: that would never end.
 template <typename CallT>
-void TellSink(IMessageSink * sink, const CallT & call) noexcept
+void CallSink(IMessageSink * sink, const CallT & call) noexcept
 {
     if (sink == nullptr || sinkIsBusy)
         return;
@@ -145,7 +145,7 @@ std::vector<ErrorRecord> CMessageHandler::ErrorRecords(GroupEnum group) const
 void CMessageHandler::NotifyStatus(StatusLevels level, const std::string & text)
 {
     const auto group = static_cast<GroupEnum>(this - CTheMsgHnd::mHandlers);
-    TellSink(CTheMsgHnd::mSink, [&](IMessageSink & sink) { sink.OnStatus(group, level, text); });
+    CallSink(CTheMsgHnd::mSink, [&](IMessageSink & sink) { sink.OnStatus(group, level, text); });
 }
 
 void CMessageHandler::NotifyStatus(StatusLevels level, const std::string & text, const ErrorRecord & record)
@@ -173,7 +173,7 @@ void CMessageHandler::DebugOutputInHandler(std::uint32_t level, bool /*reserved*
 
     const auto group = static_cast<GroupEnum>(this - CTheMsgHnd::mHandlers);
     const DebugLine debugLine{ group, level, isExit, function, file, line, text.Get() };
-    TellSink(CTheMsgHnd::mSink, [&](IMessageSink & sink) { sink.OnDebugLine(debugLine); });
+    CallSink(CTheMsgHnd::mSink, [&](IMessageSink & sink) { sink.OnDebugLine(debugLine); });
 }
 
 void CTheMsgHnd::SetDebugLevel(std::uint32_t level)

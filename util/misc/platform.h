@@ -21,18 +21,18 @@ enum class PathKind
     Other
 };
 
-/// What stands at `path`; links are followed.
+/// What is at `path`; links are followed.
 PathKind KindOf(const std::string & path);
 
 enum class SearchResult
 {
     Found,
-    NoMatch,   // the directory was searched and holds no such entry
+    NoMatch,   // the directory was searched and has no such entry
     Failed     // the directory can't be searched
 };
 
-/// Searches one directory. The last component of `searchPath` is a pattern, in which "*" stands for any text and "?"
-/// for any one character, a leading dot included; case counts. The components before it are the directory, taken
+/// Searches one directory. The last component of `searchPath` is a pattern, in which "*" matches any text and "?"
+/// any one character, a leading dot included; case counts. The components before it are the directory, taken
 /// literally; without them it is the current one. `names` becomes the plain names of the matching entries of any
 /// kind, "." and ".." among them, in ascending byte order.
 SearchResult FindEntries(const std::string & searchPath, std::vector<std::string> & names);

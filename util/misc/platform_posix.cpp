@@ -31,7 +31,7 @@ bool Matches(std::string_view pattern, std::string_view text)
 {
     std::size_t at = 0;                          // in the pattern
     std::size_t position = 0;                    // in the text
-    std::size_t star = std::string_view::npos;   // the latest "*" seen; only that one can take in more text
+    std::size_t star = std::string_view::npos;   // the latest "*" met; only that one can take in more text
     std::size_t taken = 0;                       // up to where it has
     while (position < text.size()) {
         if (at < pattern.size() && pattern[at] == '*') {

@@ -1,5 +1,5 @@
-/// Finds the shared modules of a directory, decides which of them are plug-ins and keeps those loaded. What a plug-in
-/// is for is its user's business. Nothing here sets an error: a module that fails is left out.
+/// Finds the shared modules of a directory, decides which of them are plug-ins and owns those. What a plug-in is
+/// for is its user's business. Nothing here sets an error: a module that fails is left out.
 
 #ifndef MISC_PLUGINMANAGER_H
 #define MISC_PLUGINMANAGER_H
@@ -24,7 +24,7 @@ struct Module
 class CPluginManager
 {
 public:
-    /// The entry points by which a module tells its name and its signature, both `const char * ()`, and the signature
+    /// The entry points that return a module's name and its signature, both `const char * ()`, and the signature
     /// it must present. Without a signature function every module with a name is accepted.
     CPluginManager(
         const std::string & nameFunction, const std::string & signatureFunction, const std::string & signature);

@@ -29,8 +29,8 @@ std::uint32_t HexStrToInt(const std::string & aText);
 bool StringToInteger(const std::string & aText, std::int32_t & aValue);
 
 /// The number of decimal text, with junk as 0 and junk behind the digits ignored, just as `atoi` has it. What lies
-/// outside 32 bits, where `atoi` is undefined, is read with 64 bits, at most their limit, and the low 32 are kept: so
-/// "4294967295" survives as an unsigned number.
+/// outside 32 bits, where `atoi` is undefined, is read with 64 bits, at most their limit, and the low 32 are the result:
+/// so "4294967295" survives as an unsigned number.
 std::int32_t DecimalToInt(std::string_view aText);
 
 }   // namespace stringutil

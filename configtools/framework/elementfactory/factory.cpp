@@ -1,4 +1,4 @@
-// How `CElementFactory` follows the walk over a key. What it makes of values stands in values.cpp.
+// How `CElementFactory` follows the walk over a key. What it makes of values is in values.cpp.
 
 #include <configtools/elementfactory.h>
 
@@ -21,7 +21,7 @@ namespace {
 constexpr GroupEnum MESSAGE_GROUP = GROUP_FRAMEWORK;
 constexpr std::uint32_t DECISIONS = 3;
 
-/// What a tag of the index holds in characters; longer ones are cut off, intended.
+/// The characters of an index tag; longer names and values are cut off, intended: readers of the tags expect it so.
 constexpr std::size_t INDEX_TEXT_SIZE = 8;
 
 std::string IndexText(const std::string & stem, unsigned number)
@@ -168,7 +168,7 @@ void CElementFactory::DecodeStruct()
     CComplexPayload & payload = *complex;
     element->AddField(complex.release());   // which hands it the key's record
     WatchedSource source(*mSource);
-    mCodec->Decode(source, *layout, &payload, mInspectAgain);   // its errors stand in the channel
+    mCodec->Decode(source, *layout, &payload, mInspectAgain);   // which reports its errors itself
     mWasAsked = mWasAsked || source.WasAsked();
     if (!source.WasAsked())
         mInspectAgain = false;   // or an array field of a struct without bits would have no end

@@ -96,8 +96,8 @@ void CElementFactory::Int(const IMetadata & metadata)
         element->SetValue(values);
         Place(element.release(), metadata);
     }
-    // Whatever error stands by now, of the source, the checks or the placing, is completed where the reader keeps
-    // its own; where none stands there, nothing is made, intended.
+    // Whatever error is set by now, by the source, the checks or the placing, the reader's own error gets this text.
+    // Without one nothing is made, intended: the reader reports in its own words or not at all.
     if (IsErrorSet())
         ZYN_HANDLER(zynFunction)
             .ModifyErrorMsg(0,
@@ -168,7 +168,7 @@ bool CElementFactory::ValidateRange(
     const NumberType * const number = FindNumberType(type);
     if (number == nullptr || type == keywords::TYPE_INTEGER)
         return result = true;   // a type without a width has no range to check
-    // A signed number whatever the type, intended: readers of the text know an unsigned one of 2^63 and above as negative.
+    // A signed number whatever the type, intended: tools know an unsigned one of 2^63 and above as a negative number.
     std::int64_t printed = 0;
     VisitNumberType(number->mType, [&](auto numberClass) {
         result = IsWithin(value.*numberClass.MEMBER, min, max);
