@@ -29,6 +29,17 @@ function(configtools_add_program name)
     set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
 endfunction()
 
+# configtools_add_plugin(<name> SOURCES <file>... [LIBRARIES <library>...])
+# A plug-in module that is installed with the tool.
+function(configtools_add_plugin name)
+    configtools_add_module(${name} ${ARGN})
+    file(RELATIVE_PATH library_dir "/${CONFIGTOOLS_PLUGIN_DIR}" "/${CMAKE_INSTALL_LIBDIR}")
+    set_target_properties(${name} PROPERTIES
+        LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin"   # beside the tool, which looks there first
+        INSTALL_RPATH "$ORIGIN/${library_dir}")
+    install(TARGETS ${name} LIBRARY DESTINATION "${CONFIGTOOLS_PLUGIN_DIR}")
+endfunction()
+
 # configtools_add_kit(<folder> SOURCES <file>... [LIBRARIES <library>...] [USES <library>...])
 # The static library kit_<folder>: what plug-ins and programs share. It is linked into modules, so it is built as they
 # are. Its headers use LIBRARIES, its sources USES too.
