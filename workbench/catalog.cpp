@@ -1,16 +1,18 @@
 #include "catalog.h"
 
 #include "errors.h"
-#include "text.h"
 
 #include <configtools/helper.h>
 #include <configtools/keywords.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 
 namespace workbench {
 
 using namespace VrexZynConfigTools;
+using kit::text::Printable;
+using kit::text::Quoted;
 
 namespace {
 

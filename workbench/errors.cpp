@@ -1,6 +1,6 @@
 #include "errors.h"
 
-#include "text.h"
+#include <kit/text/utf8.h>
 
 #include <array>
 #include <cerrno>
@@ -11,6 +11,7 @@
 namespace workbench {
 
 using namespace VrexZynConfigTools;
+using kit::text::Printable;
 
 namespace {
 

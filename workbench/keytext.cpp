@@ -1,11 +1,13 @@
 #include "keytext.h"
 
-#include "text.h"
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 #include <charconv>
 
 namespace workbench {
+
+using kit::text::Quoted;
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include "losses.h"
 
 #include "chipwalk.h"
-#include "text.h"
 
 #include <configtools/stores.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 #include <iterator>
@@ -14,6 +14,7 @@
 namespace workbench {
 
 using namespace VrexZynConfigTools;
+using kit::text::Quoted;
 
 namespace {
 

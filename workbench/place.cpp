@@ -1,16 +1,16 @@
 #include "place.h"
 
-#include "text.h"
-
 #include <configtools/keywords.h>
 #include <configtools/metadataprovider.h>
 #include <configtools/stores.h>
+#include <kit/text/utf8.h>
 
 #include <cstdlib>
 
 namespace workbench {
 
 using namespace VrexZynConfigTools;
+using kit::text::Printable;
 
 namespace {
 

@@ -1,15 +1,15 @@
 #include "readwatch.h"
 
-#include "text.h"
-
 #include <configtools/keywords.h>
 #include <configtools/subsystemconfig.h>
+#include <kit/text/utf8.h>
 
 #include <memory>
 
 namespace workbench {
 
 using namespace VrexZynConfigTools;
+using kit::text::Quoted;
 
 CReadWatch::CReadWatch(CChipConfig & chip)
     : mObserver(chip)

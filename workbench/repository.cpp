@@ -1,9 +1,9 @@
 #include "repository.h"
 
 #include "errors.h"
-#include "text.h"
 
 #include <configtools/metadataproviderfactory.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 #include <vector>
@@ -11,6 +11,7 @@
 namespace workbench {
 
 using namespace VrexZynConfigTools;
+using kit::text::Quoted;
 
 namespace {
 

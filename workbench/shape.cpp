@@ -1,14 +1,14 @@
 #include "shape.h"
 
-#include "text.h"
-
 #include <configtools/keywords.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 
 namespace workbench {
 
 using namespace VrexZynConfigTools;
+using kit::text::Printable;
 
 namespace {
 

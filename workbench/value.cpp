@@ -1,13 +1,14 @@
 #include "value.h"
 
 #include "shape.h"
-#include "text.h"
 
 #include <configtools/elements.h>
 #include <configtools/keywords.h>
 #include <configtools/metadata.h>
 #include <configtools/payloads.h>
 #include <kit/layout/structtree.h>
+#include <kit/text/hex.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 #include <array>
@@ -16,6 +17,9 @@
 namespace workbench {
 
 using namespace VrexZynConfigTools;
+using kit::text::HexOf;
+using kit::text::Printable;
+using kit::text::Quoted;
 
 namespace {
 
@@ -198,19 +202,6 @@ Value ValueOf(const std::vector<IPayload *> & payloads, const IMetadata & metada
 std::string ToText(const Value & value)
 {
     return std::visit(TextMaker{}, value.mContent);
-}
-
-std::string HexOf(const std::string & bytes, const std::string & separator)
-{
-    constexpr char DIGITS[] = "0123456789abcdef";
-    std::string text;
-    for (const char byte : bytes) {
-        const auto number = static_cast<unsigned char>(byte);
-        text += text.empty() ? "" : separator;
-        text += DIGITS[number >> 4];
-        text += DIGITS[number & 0xF];
-    }
-    return text;
 }
 
 }   // namespace workbench

@@ -56,9 +56,6 @@ Value ValueOf(const std::vector<VrexZynConfigTools::IPayload *> & payloads,
 /// On one line and fit for a terminal: 5, [1, 2], {1, {2, "x"}}, "text", 0a 1b (octets), NAME (3).
 std::string ToText(const Value & value);
 
-/// Two hexadecimal digits for each byte, with `separator` between the bytes.
-std::string HexOf(const std::string & bytes, const std::string & separator);
-
 }   // namespace workbench
 
 #endif

@@ -1,7 +1,7 @@
 #include "bitmap.h"
 
+#include <kit/text/utf8.h>
 #include <workbench/shape.h>
-#include <workbench/text.h>
 
 #include <algorithm>
 #include <array>
@@ -11,6 +11,10 @@
 namespace zynconfig {
 
 using namespace workbench;
+using kit::text::Columns;
+using kit::text::Cut;
+using kit::text::Padded;
+using kit::text::Printable;
 
 namespace {
 

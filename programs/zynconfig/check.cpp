@@ -3,13 +3,13 @@
 #include "session.h"
 
 #include <configtools/keywords.h>
+#include <kit/text/utf8.h>
 #include <workbench/catalog.h>
 #include <workbench/chipwalk.h>
 #include <workbench/errors.h>
 #include <workbench/losses.h>
 #include <workbench/shape.h>
 #include <workbench/showmodel.h>
-#include <workbench/text.h>
 #include <workbench/value.h>
 
 #include <algorithm>
@@ -20,6 +20,7 @@ namespace zynconfig {
 
 using namespace VrexZynConfigTools;
 using namespace workbench;
+using kit::text::Printable;
 
 namespace {
 

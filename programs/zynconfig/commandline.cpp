@@ -1,10 +1,10 @@
 #include "commandline.h"
 
 #include <CLI/CLI.hpp>
+#include <kit/text/utf8.h>
 #include <workbench/errors.h>
 #include <workbench/formats.h>
 #include <workbench/keytext.h>
-#include <workbench/text.h>
 
 #include <algorithm>
 #include <array>
@@ -15,6 +15,7 @@
 namespace zynconfig {
 
 using namespace workbench;
+using kit::text::Quoted;
 
 namespace {
 

@@ -4,11 +4,11 @@
 #include "lines.h"
 #include "session.h"
 
+#include <kit/text/utf8.h>
 #include <workbench/catalog.h>
 #include <workbench/defaults.h>
 #include <workbench/errors.h>
 #include <workbench/shape.h>
-#include <workbench/text.h>
 
 #include <algorithm>
 
@@ -16,6 +16,8 @@ namespace zynconfig {
 
 using namespace VrexZynConfigTools;
 using namespace workbench;
+using kit::text::Padded;
+using kit::text::Printable;
 
 namespace {
 

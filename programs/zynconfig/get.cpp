@@ -7,7 +7,6 @@
 #include <workbench/catalog.h>
 #include <workbench/errors.h>
 #include <workbench/losses.h>
-#include <workbench/text.h>
 #include <workbench/value.h>
 
 #include <limits>

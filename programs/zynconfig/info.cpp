@@ -5,15 +5,16 @@
 
 #include <configtools/helper.h>
 #include <configtools/stores.h>
+#include <kit/text/utf8.h>
 #include <workbench/catalog.h>
 #include <workbench/errors.h>
 #include <workbench/losses.h>
-#include <workbench/text.h>
 
 namespace zynconfig {
 
 using namespace VrexZynConfigTools;
 using namespace workbench;
+using kit::text::Printable;
 
 namespace {
 

@@ -1,10 +1,14 @@
 #include "json.h"
 
-#include <workbench/text.h>
+#include <kit/text/hex.h>
+#include <kit/text/utf8.h>
 
 namespace zynconfig {
 
 using namespace workbench;
+using kit::text::HexOf;
+using kit::text::IsUtf8;
+using kit::text::Printable;
 
 namespace {
 

@@ -3,10 +3,10 @@
 #include "lines.h"
 #include "session.h"
 
+#include <kit/text/utf8.h>
 #include <workbench/catalog.h>
 #include <workbench/errors.h>
 #include <workbench/shape.h>
-#include <workbench/text.h>
 
 #include <algorithm>
 #include <fnmatch.h>
@@ -15,6 +15,8 @@ namespace zynconfig {
 
 using namespace VrexZynConfigTools;
 using namespace workbench;
+using kit::text::Printable;
+using kit::text::Quoted;
 
 namespace {
 

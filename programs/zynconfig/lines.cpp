@@ -1,6 +1,6 @@
 #include "lines.h"
 
-#include <workbench/text.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 #include <charconv>
@@ -10,7 +10,9 @@
 
 namespace zynconfig {
 
-using namespace workbench;
+using kit::text::Columns;
+using kit::text::Cut;
+using kit::text::Padded;
 
 namespace {
 
@@ -92,7 +94,7 @@ void CLineMaker::AddWrapped(std::string_view text, std::size_t indent)
     while (!text.empty()) {
         const std::string_view word = text.substr(0, text.find(' ', text.find_first_not_of(' ')));
         text.remove_prefix(word.size());
-        if (!isEmpty && workbench::Columns(line) + workbench::Columns(word) > width) {
+        if (!isEmpty && kit::text::Columns(line) + kit::text::Columns(word) > width) {
             Add(line);
             line.assign(indent, ' ').append(word.substr(std::min(word.find_first_not_of(' '), word.size())));
         } else {

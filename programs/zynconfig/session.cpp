@@ -3,9 +3,9 @@
 #include "plugindir.h"
 
 #include <configtools/keywords.h>
+#include <kit/text/utf8.h>
 #include <workbench/errors.h>
 #include <workbench/formats.h>
-#include <workbench/text.h>
 
 #include <algorithm>
 
@@ -13,6 +13,7 @@ namespace zynconfig {
 
 using namespace VrexZynConfigTools;
 using namespace workbench;
+using kit::text::Quoted;
 
 CSession::CSession(const Options & options)
     : mOptions(options)

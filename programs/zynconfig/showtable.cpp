@@ -1,6 +1,6 @@
 #include "showtable.h"
 
-#include <workbench/text.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 #include <iterator>
@@ -9,6 +9,10 @@
 namespace zynconfig {
 
 using namespace workbench;
+using kit::text::Columns;
+using kit::text::Cut;
+using kit::text::Padded;
+using kit::text::Printable;
 
 namespace {
 

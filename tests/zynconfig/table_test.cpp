@@ -1,5 +1,6 @@
+
+#include <kit/text/utf8.h>
 #include <showtable.h>
-#include <workbench/text.h>
 
 #include <gmock/gmock.h>
 
@@ -11,6 +12,7 @@
 namespace zynconfig {
 
 using namespace workbench;
+using kit::text::Columns;
 
 namespace {
 

@@ -1,11 +1,13 @@
 #include "advice.h"
 
 #include <kit/nearestname/nearestname.h>
-#include <workbench/text.h>
+#include <kit/text/utf8.h>
 
 #include <cstddef>
 
 namespace workbench::compiler {
+
+using kit::text::Quoted;
 
 namespace {
 

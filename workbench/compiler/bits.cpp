@@ -1,10 +1,12 @@
 #include "bits.h"
 
-#include <workbench/text.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 
 namespace workbench::compiler {
+
+using kit::text::Quoted;
 
 namespace {
 

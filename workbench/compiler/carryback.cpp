@@ -2,12 +2,15 @@
 
 #include "packing.h"
 
-#include <workbench/text.h>
+#include <kit/text/utf8.h>
 
 #include <array>
 #include <set>
 
 namespace workbench::compiler {
+
+using kit::text::Printable;
+using kit::text::Quoted;
 
 namespace {
 

@@ -8,12 +8,14 @@
 #include "settle.h"
 
 #include <kit/targetfile/targetfile.h>
+#include <kit/text/utf8.h>
 #include <workbench/errors.h>
-#include <workbench/text.h>
 
 #include <cstdio>
 
 namespace workbench::compiler {
+
+using kit::text::Quoted;
 
 namespace {
 

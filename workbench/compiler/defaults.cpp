@@ -4,12 +4,14 @@
 #include "leafvalue.h"
 #include "structvalue.h"
 
-#include <workbench/text.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 #include <map>
 
 namespace workbench::compiler {
+
+using kit::text::Quoted;
 
 namespace {
 

@@ -1,10 +1,12 @@
 #include "findings.h"
 
-#include <workbench/text.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 
 namespace workbench::compiler {
+
+using kit::text::Printable;
 
 CFindings::CFindings(std::vector<std::string> files)
     : mFiles(std::move(files))

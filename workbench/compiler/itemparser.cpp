@@ -1,7 +1,5 @@
 #include "itemparser.h"
 
-#include <workbench/text.h>
-
 #include <limits>
 
 namespace workbench::compiler {

@@ -4,12 +4,14 @@
 #include "names.h"
 
 #include <configtools/keywords.h>
-#include <workbench/text.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 #include <limits>
 
 namespace workbench::compiler {
+
+using kit::text::Quoted;
 
 namespace {
 

@@ -6,11 +6,13 @@
 #include "itemsettler.h"
 #include "names.h"
 
-#include <workbench/text.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 
 namespace workbench::compiler {
+
+using kit::text::Quoted;
 
 namespace {
 

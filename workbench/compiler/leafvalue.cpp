@@ -2,11 +2,13 @@
 
 #include "advice.h"
 
-#include <workbench/text.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 
 namespace workbench::compiler {
+
+using kit::text::Quoted;
 
 CLeafReader::CLeafReader(CFindings & findings)
     : mFindings(findings)

@@ -1,11 +1,14 @@
 #include "names.h"
 
-#include <workbench/text.h>
 #include "advice.h"
+
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 
 namespace workbench::compiler {
+
+using kit::text::Quoted;
 
 namespace {
 

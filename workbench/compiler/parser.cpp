@@ -4,10 +4,12 @@
 #include "tablereader.h"
 
 #include <configtools/keywords.h>
+#include <kit/text/utf8.h>
 #include <kit/tomlsyntax/tomlsyntax.h>
-#include <workbench/text.h>
 
 namespace workbench::compiler {
+
+using kit::text::Printable;
 
 namespace {
 

@@ -6,9 +6,11 @@
 #include "names.h"
 
 #include <configtools/keywords.h>
-#include <workbench/text.h>
+#include <kit/text/utf8.h>
 
 namespace workbench::compiler {
+
+using kit::text::Quoted;
 
 namespace {
 

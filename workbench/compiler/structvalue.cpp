@@ -4,11 +4,14 @@
 #include "leafvalue.h"
 #include "packing.h"
 
-#include <workbench/text.h>
+#include <kit/text/utf8.h>
 
 #include <map>
 
 namespace workbench::compiler {
+
+using kit::text::Printable;
+using kit::text::Quoted;
 
 namespace {
 

@@ -1,7 +1,8 @@
 #include "tablereader.h"
 
-#include <workbench/text.h>
 #include "advice.h"
+
+#include <kit/text/utf8.h>
 
 #include <kit/tomlsyntax/tomlsyntax.h>
 
@@ -9,6 +10,8 @@
 #include <limits>
 
 namespace workbench::compiler {
+
+using kit::text::Quoted;
 
 namespace {
 

@@ -1,8 +1,10 @@
 #include "valuetext.h"
 
-#include <workbench/text.h>
+#include <kit/text/utf8.h>
 
 namespace workbench::compiler {
+
+using kit::text::Quoted;
 
 namespace {
 
