@@ -208,7 +208,7 @@ std::optional<Key> CCatalog::RowOf(const Record & record, const KeyText & text) 
 {
     const IMetadata & metadata = *record.mMetadata;
     Key key = { record.mSubsystem, metadata.PsId(), metadata.NumIndices() > 0, {} };
-    const std::string name = Describe({ record.mSubsystem, metadata.PsId(), false, {} }, metadata.Name());
+    const std::string name = TitleOf({ record.mSubsystem, metadata.PsId(), false, {} }, metadata.Name());
     if (text.mIndices.size() != metadata.NumIndices()) {
         const std::string count = std::to_string(metadata.NumIndices());
         const std::string given = std::to_string(text.mIndices.size());

@@ -3,8 +3,8 @@
 #ifndef WORKBENCH_CATALOG_H
 #define WORKBENCH_CATALOG_H
 
+#include "key.h"
 #include "keytext.h"
-#include "place.h"
 
 #include <configtools/metadata.h>
 #include <configtools/metadataprovider.h>

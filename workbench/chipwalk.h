@@ -3,7 +3,7 @@
 #ifndef WORKBENCH_CHIPWALK_H
 #define WORKBENCH_CHIPWALK_H
 
-#include "place.h"
+#include "key.h"
 
 #include <configtools/chipconfig.h>
 #include <configtools/subsystemconfig.h>

@@ -53,9 +53,9 @@ std::set<Store> StoresWithLayer(const CChipConfig & chip)
     return stores;
 }
 
-std::map<Place, std::size_t> CountPlaces(const CChipConfig & chip)
+std::map<StoredKey, std::size_t> CountPlaces(const CChipConfig & chip)
 {
-    std::map<Place, std::size_t> counts;
+    std::map<StoredKey, std::size_t> counts;
     ForEachElement(chip, [&](const ChipEntry & entry) { ++counts[{ entry.mStore, entry.mKey }]; });
     return counts;
 }
@@ -78,7 +78,7 @@ std::vector<std::string> RowsOutOfOrder(const CReadWatch & watch)
     CLines reordered;
     for (const auto & [place, delivery] : watch.Deliveries()) {
         if (place.mKey.mIndices.size() > MOST_INDICES)
-            reordered.Add(Describe(place.mKey, delivery.mName) + " in " + NameOf(place.mStore) + " has " +
+            reordered.Add(TitleOf(place.mKey, delivery.mName) + " in " + NameOf(place.mStore) + " has " +
                           std::to_string(place.mKey.mIndices.size()) + " indices, and the order of more than " +
                           std::to_string(MOST_INDICES) + " is lost");
     }
@@ -96,7 +96,7 @@ std::size_t CountOfTexts(const ChipEntry & entry)
 
 std::string TextsLost(const ChipEntry & entry)
 {
-    return Describe(entry.mKey, entry.mElement->Name()) + " in " + NameOf(entry.mStore) + " has " +
+    return TitleOf(entry.mKey, entry.mElement->Name()) + " in " + NameOf(entry.mStore) + " has " +
            std::to_string(CountOfTexts(entry)) + " texts, of which only the first can be written";
 }
 
@@ -120,7 +120,7 @@ public:
                            " is called " + Quoted(byKey->second) + " and " + Quoted(text) +
                            ": a filtered output would hold it twice");
         else if (!isNewPlace)
-            mConflicts.Add(Describe(entry.mKey, entry.mElement->Name()) + " stands more than once in " +
+            mConflicts.Add(TitleOf(entry.mKey, entry.mElement->Name()) + " stands more than once in " +
                            NameOf(entry.mStore) + ": a filtered output can hold only one of them");
     }
 
@@ -129,7 +129,7 @@ public:
 private:
     std::map<std::pair<int, std::string>, Key> mKeys;
     std::map<Key, std::string> mTexts;
-    std::set<Place> mPlaces;
+    std::set<StoredKey> mPlaces;
     CLines mConflicts;
 };
 
@@ -147,7 +147,7 @@ std::vector<std::string> LossesOfRead(const CChipConfig & chip, const CReadWatch
     CLines lost;
     for (const auto & [place, delivery] : watch.Deliveries()) {
         const std::size_t count = present[place];
-        const std::string where = Describe(place.mKey, delivery.mName) + " in " + NameOf(place.mStore);
+        const std::string where = TitleOf(place.mKey, delivery.mName) + " in " + NameOf(place.mStore);
         if (layered.contains(place.mStore) && count == 0)
             lost.Add(where + " is lost: a key of the same number took its place");
         else if (count != 0 && count < delivery.mCount)
@@ -164,7 +164,7 @@ std::vector<std::string> LossesOfWrite(const CChipConfig & chip)
     CLines passedOver;
     ForEachElement(chip, [&](const ChipEntry & entry) {
         if (entry.mKey.mId == 0)
-            passedOver.Add(Describe(entry.mKey, entry.mElement->Name()) + " in " + NameOf(entry.mStore) +
+            passedOver.Add(TitleOf(entry.mKey, entry.mElement->Name()) + " in " + NameOf(entry.mStore) +
                            " can't be written: its number is 0");
         else if (CountOfTexts(entry) > 1)
             passedOver.Add(TextsLost(entry));

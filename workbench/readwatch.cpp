@@ -33,7 +33,7 @@ const std::set<Store> & CReadWatch::Stores() const
     return mStores;
 }
 
-const std::map<Place, Delivery> & CReadWatch::Deliveries() const
+const std::map<StoredKey, Delivery> & CReadWatch::Deliveries() const
 {
     return mDeliveries;
 }

@@ -3,7 +3,7 @@
 #ifndef WORKBENCH_READWATCH_H
 #define WORKBENCH_READWATCH_H
 
-#include "place.h"
+#include "key.h"
 
 #include <configtools/chipconfig.h>
 #include <configtools/readerwriter.h>
@@ -46,7 +46,7 @@ public:
 
     const std::set<Store> & Stores() const;
 
-    const std::map<Place, Delivery> & Deliveries() const;
+    const std::map<StoredKey, Delivery> & Deliveries() const;
 
     /// What was refused, a line each.
     const std::vector<std::string> & Complaints() const;
@@ -77,7 +77,7 @@ private:
     std::optional<std::string> mLabel;   // none before the first subsystem
     Store mStore = {};
     std::set<Store> mStores;
-    std::map<Place, Delivery> mDeliveries;
+    std::map<StoredKey, Delivery> mDeliveries;
     std::vector<std::string> mComplaints;
 };
 

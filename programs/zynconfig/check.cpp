@@ -7,9 +7,9 @@
 #include <workbench/catalog.h>
 #include <workbench/chipwalk.h>
 #include <workbench/errors.h>
+#include <workbench/layeredchip.h>
 #include <workbench/losses.h>
 #include <workbench/shape.h>
-#include <workbench/showmodel.h>
 #include <workbench/value.h>
 
 #include <algorithm>
@@ -68,7 +68,7 @@ struct RangeCheck
 std::string Mismatch(const ChipEntry & entry, const IMetadata & record)
 {
     const IMetadata * const told = entry.mElement->Metadata();
-    const std::string name = Describe(entry.mKey, entry.mElement->Name()) + " in " + NameOf(entry.mStore);
+    const std::string name = TitleOf(entry.mKey, entry.mElement->Name()) + " in " + NameOf(entry.mStore);
     const Value value = ValueOf(*entry.mElement);
     if (value.mType == TYPE_RAW)
         return name + " is raw: it doesn't fit its metadata";
@@ -98,8 +98,8 @@ std::vector<std::string> UncheckedKeys(const CSession & session, const CCatalog 
             if (!mismatch.empty())
                 lines.push_back(std::move(mismatch));
         } else if (record == nullptr && unknown.insert(plain).second) {
-            lines.push_back(Describe(plain, entry.mElement->Name()) + " is not in the metadata, in " +
-                            NameOf(entry.mStore));
+            lines.push_back(
+                TitleOf(plain, entry.mElement->Name()) + " is not in the metadata, in " + NameOf(entry.mStore));
         }
     });
     return lines;
@@ -109,7 +109,7 @@ void CheckContent(CSession & session)
 {
     const CChipConfig & chip = session.Chip();
     ReportErrors(LossesOfRead(chip, session.Watch()));
-    ReportErrors(MakeShownChip(chip, session.Watch().Chip()).mHidden);
+    ReportErrors(LayersAndWinners(chip, session.Watch().Chip()).mHidden);
     CCatalog catalog(*session.Metadata(), session.ReadContext());
     if (catalog.SelectChipOfFiles(session.Watch().Chip()))
         ReportErrors(UncheckedKeys(session, catalog));

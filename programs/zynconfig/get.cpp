@@ -47,7 +47,7 @@ std::optional<Applicable> Retrieve(
     if (ReportChannel())
         return std::nullopt;
     if (payloads.empty()) {
-        ReportError(Describe(key, name) + " has no value, neither in the files nor by default");
+        ReportError(TitleOf(key, name) + " has no value, neither in the files nor by default");
         return std::nullopt;
     }
     return Applicable{ key, name, LayerOf(context), ValueOf(payloads, *record.mMetadata) };

@@ -4,7 +4,7 @@
 #define ZYNCONFIG_JSON_H
 
 #include <nlohmann/json.hpp>
-#include <workbench/place.h>
+#include <workbench/key.h>
 #include <workbench/value.h>
 
 #include <string>

@@ -4,8 +4,8 @@
 #include "showtable.h"
 
 #include <workbench/errors.h>
+#include <workbench/layeredchip.h>
 #include <workbench/losses.h>
-#include <workbench/showmodel.h>
 
 namespace zynconfig {
 
@@ -18,7 +18,7 @@ bool Show(CSession & session)
 
     // What there is gets shown also where something is lost.
     bool isLost = ReportErrors(LossesOfRead(session.Chip(), session.Watch()));
-    const ShownChip shown = MakeShownChip(session.Chip(), session.Watch().Chip());
+    const LayeredChip shown = LayersAndWinners(session.Chip(), session.Watch().Chip());
     isLost = ReportErrors(shown.mHidden) || isLost;
     return WriteOutput(session.Asked().mIsJson ? RenderJson(shown) : RenderTable(shown, StyleOfOutput())) &&
            !isLost;

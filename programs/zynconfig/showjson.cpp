@@ -8,7 +8,7 @@ using namespace workbench;
 
 namespace {
 
-Json JsonOf(const ShownLayer & layer)
+Json JsonOf(const Layer & layer)
 {
     Json subsystems = Json::array();
     for (const int type : layer.mSubsystems)
@@ -17,7 +17,7 @@ Json JsonOf(const ShownLayer & layer)
         { "store", JsonOfNumber(layer.mStore.mNumber) }, { "subsystems", std::move(subsystems) } };
 }
 
-Json JsonOf(const ShownValue & value)
+Json JsonOf(const LayeredValue & value)
 {
     return { { "layer", value.mLayer == 0 ? Json() : Json(value.mLayer) },
         { "device", JsonOfDevice(value.mStore) }, { "store", JsonOfNumber(value.mStore.mNumber) },
@@ -25,10 +25,10 @@ Json JsonOf(const ShownValue & value)
         { "value", zynconfig::JsonOf(value.mValue) }, { "text", ToText(value.mValue) } };
 }
 
-Json JsonOf(const ShownKey & key)
+Json JsonOf(const LayeredKey & key)
 {
     Json values = Json::array();
-    for (const ShownValue & value : key.mValues)
+    for (const LayeredValue & value : key.mValues)
         values.push_back(JsonOf(value));
     return { { "subsystem", SubsystemName(key.mKey.mSubsystem) }, { "id", key.mKey.mId },
         { "indices", JsonOfIndices(key.mKey) }, { "values", std::move(values) } };
@@ -36,13 +36,13 @@ Json JsonOf(const ShownKey & key)
 
 }   // namespace
 
-std::string RenderJson(const ShownChip & chip)
+std::string RenderJson(const LayeredChip & chip)
 {
     Json layers = Json::array();
-    for (const ShownLayer & layer : chip.mLayers)
+    for (const Layer & layer : chip.mLayers)
         layers.push_back(JsonOf(layer));
     Json keys = Json::array();
-    for (const ShownKey & key : chip.mKeys)
+    for (const LayeredKey & key : chip.mKeys)
         keys.push_back(JsonOf(key));
     const Json root = { { "format", JSON_FORMAT }, { "chip", JsonText(chip.mLabel) },
         { "layers", std::move(layers) }, { "keys", std::move(keys) } };

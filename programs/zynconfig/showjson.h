@@ -3,13 +3,13 @@
 #ifndef ZYNCONFIG_SHOWJSON_H
 #define ZYNCONFIG_SHOWJSON_H
 
-#include <workbench/showmodel.h>
+#include <workbench/layeredchip.h>
 
 #include <string>
 
 namespace zynconfig {
 
-std::string RenderJson(const workbench::ShownChip & chip);
+std::string RenderJson(const workbench::LayeredChip & chip);
 
 }   // namespace zynconfig
 

@@ -49,12 +49,12 @@ std::string SubsystemNames(const std::vector<int> & types)
     return names;
 }
 
-void AddLayers(const std::vector<ShownLayer> & layers, CLineMaker & lines)
+void AddLayers(const std::vector<Layer> & layers, CLineMaker & lines)
 {
     std::size_t width = 0;
-    for (const ShownLayer & layer : layers)
+    for (const Layer & layer : layers)
         width = std::max(width, Columns(NameOf(layer.mStore)));
-    for (const ShownLayer & layer : layers) {
+    for (const Layer & layer : layers) {
         const std::string number = std::to_string(layer.mNumber);
         lines.Add(std::string(4 - std::min<std::size_t>(number.size(), 3), ' ').append(number).append(GAP) +
                   Padded(NameOf(layer.mStore), width).append(GAP) + SubsystemNames(layer.mSubsystems));
@@ -62,11 +62,11 @@ void AddLayers(const std::vector<ShownLayer> & layers, CLineMaker & lines)
 }
 
 // The number stands in a key's first row only, the name also where it changes.
-std::vector<Row> RowsOf(const ShownKey & key)
+std::vector<Row> RowsOf(const LayeredKey & key)
 {
     std::vector<Row> rows;
     std::string_view name;
-    for (const ShownValue & value : key.mValues) {
+    for (const LayeredValue & value : key.mValues) {
         const bool isFirst = rows.empty();
         rows.push_back(
             { isFirst ? NumberText(key.mKey) : "", isFirst || value.mName != name ? Printable(value.mName) : "",
@@ -99,7 +99,7 @@ std::string LineOf(const Row & row, const Widths & widths, std::string_view mark
            Padded(row.mLayer, widths.mLayer).append(GAP) + row.mValue;
 }
 
-void AddKeys(const std::vector<ShownKey> & keys, std::size_t columns, CLineMaker & lines)
+void AddKeys(const std::vector<LayeredKey> & keys, std::size_t columns, CLineMaker & lines)
 {
     std::vector<std::vector<Row>> rowsByKey;
     std::transform(keys.begin(), keys.end(), std::back_inserter(rowsByKey), RowsOf);
@@ -117,7 +117,7 @@ void AddKeys(const std::vector<ShownKey> & keys, std::size_t columns, CLineMaker
 
 }   // namespace
 
-std::string RenderTable(const ShownChip & chip, const TableStyle & style)
+std::string RenderTable(const LayeredChip & chip, const TableStyle & style)
 {
     CLineMaker lines(style);
     lines.Add("Chip " + Printable(chip.mLabel), BOLD);

@@ -5,13 +5,13 @@
 
 #include "lines.h"
 
-#include <workbench/showmodel.h>
+#include <workbench/layeredchip.h>
 
 #include <string>
 
 namespace zynconfig {
 
-std::string RenderTable(const workbench::ShownChip & chip, const TableStyle & style);
+std::string RenderTable(const workbench::LayeredChip & chip, const TableStyle & style);
 
 }   // namespace zynconfig
 

@@ -33,16 +33,16 @@ Value Text(const std::string & text)
     return { "string", Value::Text{ text } };
 }
 
-void AddKey(ShownChip & chip, const Key & key, const std::vector<ShownValue> & values)
+void AddKey(LayeredChip & chip, const Key & key, const std::vector<LayeredValue> & values)
 {
-    ShownKey & shown = chip.mKeys.emplace_back();
+    LayeredKey & shown = chip.mKeys.emplace_back();
     shown.mKey = key;
     shown.mValues = values;
 }
 
-ShownChip AChip()
+LayeredChip AChip()
 {
-    ShownChip chip = { "demo", { { 1, OTP, { 1, 2 } }, { 2, EEPROM, { 1 } } }, {}, {} };
+    LayeredChip chip = { "demo", { { 1, OTP, { 1, 2 } }, { 2, EEPROM, { 1 } } }, {}, {} };
     AddKey(chip, { 1, 100, false, {} },
         { { 1, OTP, "NAME", Text("low"), false }, { 2, EEPROM, "NAME", Text("high"), true } });
     AddKey(chip, { 2, 7, true, { 3, 4 } }, { { 1, OTP, "ROW", Number(9), true } });
@@ -80,14 +80,14 @@ TEST(RenderTable, shows_layers_from_the_bottom_and_each_keys_values_with_the_win
 
 TEST(RenderTable, repeats_a_name_where_a_layer_has_another)
 {
-    ShownChip chip = AChip();
+    LayeredChip chip = AChip();
     chip.mKeys[0].mValues[1].mName = "OTHER";
     EXPECT_THAT(Lines(RenderTable(chip, { 100, false }))[8], "         OTHER  * 2 eeprom.2  \"high\"");
 }
 
 TEST(RenderTable, fits_every_width)
 {
-    ShownChip chip = AChip();
+    LayeredChip chip = AChip();
     chip.mLabel = std::string(300, 'c');
     chip.mKeys[0].mValues[0].mName = std::string(300, 'n');
     chip.mKeys[0].mValues[0].mValue = Text(std::string(300, 'v'));
@@ -99,7 +99,7 @@ TEST(RenderTable, fits_every_width)
 
 TEST(RenderTable, cuts_names_before_values)
 {
-    ShownChip chip = AChip();
+    LayeredChip chip = AChip();
     chip.mKeys[0].mValues[0].mName = std::string(60, 'n');
     chip.mKeys[0].mValues[0].mValue = Text("18 letters fit....");
     EXPECT_THAT(RenderTable(chip, { 60, false }), HasSubstr("\"18 letters fit....\""));
@@ -123,7 +123,7 @@ TEST(RenderTable, colours_whole_lines_and_differs_in_nothing_else)
 
 TEST(RenderTable, shows_a_value_without_a_layer)
 {
-    ShownChip chip = AChip();
+    LayeredChip chip = AChip();
     chip.mKeys[1].mValues[0] = { 0, { 13, 1 }, "ROW", Number(9), false };
     EXPECT_THAT(RenderTable(chip, { 100, false }), HasSubstr("  7.3.4  ROW     - cur_cfg.1  9\n"));
 }

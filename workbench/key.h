@@ -1,7 +1,7 @@
 /// Where a value stands: in which store, under which key.
 
-#ifndef WORKBENCH_PLACE_H
-#define WORKBENCH_PLACE_H
+#ifndef WORKBENCH_KEY_H
+#define WORKBENCH_KEY_H
 
 #include <configtools/context.h>
 #include <configtools/elements.h>
@@ -36,11 +36,11 @@ struct Key
     auto operator<=>(const Key &) const = default;
 };
 
-struct Place
+struct StoredKey
 {
     Store mStore;
     Key mKey;
-    auto operator<=>(const Place &) const = default;
+    auto operator<=>(const StoredKey &) const = default;
 };
 
 /// The subsystem type and the store that a context names.
@@ -72,7 +72,7 @@ std::string LookupText(const Key & key);
 std::string NumberText(const Key & key);
 
 /// "key 120.3.7 (BAND_LIMIT) of wlan", for messages.
-std::string Describe(const Key & key, const std::string & name);
+std::string TitleOf(const Key & key, const std::string & name);
 
 }   // namespace workbench
 

@@ -1,4 +1,4 @@
-#include "place.h"
+#include "key.h"
 
 #include <configtools/keywords.h>
 #include <configtools/metadataprovider.h>
@@ -105,7 +105,7 @@ std::string NumberText(const Key & key)
     return LookupText(key) + (key.mIsRow && key.mIndices.empty() ? "." : "");
 }
 
-std::string Describe(const Key & key, const std::string & name)
+std::string TitleOf(const Key & key, const std::string & name)
 {
     const std::string called = name.empty() ? "" : " (" + Printable(name) + ')';
     return "key " + NumberText(key) + called + " of " + SubsystemName(key.mSubsystem);

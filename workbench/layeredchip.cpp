@@ -1,4 +1,4 @@
-#include "showmodel.h"
+#include "layeredchip.h"
 
 #include "chipwalk.h"
 
@@ -19,9 +19,9 @@ constexpr int TOP_LAYER = 15;
 
 using EntriesByKey = std::map<Key, std::vector<ChipEntry>>;
 
-std::vector<ShownLayer> MakeLayers(const CChipConfig & chip)
+std::vector<Layer> MakeLayers(const CChipConfig & chip)
 {
-    std::vector<ShownLayer> layers;
+    std::vector<Layer> layers;
     for (const CStoreInfo * const store : chip.Stores())
         layers.push_back({ static_cast<int>(layers.size()) + 1, { store->DeviceId(), store->StoreId() }, {} });
 
@@ -32,7 +32,7 @@ std::vector<ShownLayer> MakeLayers(const CChipConfig & chip)
         if (number >= 1 && number <= layers.size())
             layers[number - 1].mSubsystems.push_back(SubsystemOf(subsystem->Context()));
     }
-    for (ShownLayer & layer : layers)
+    for (Layer & layer : layers)
         std::sort(layer.mSubsystems.begin(), layer.mSubsystems.end());
     return layers;
 }
@@ -70,31 +70,31 @@ const CElement & FindWinner(const CChipConfig & chip, const Key & key, const std
     return IsAmong(byName, entries) ? byName : chip.Element(key.mId, query);
 }
 
-ShownKey MakeKey(const CChipConfig & chip, const Key & key, const std::vector<ChipEntry> & entries)
+LayeredKey MakeKey(const CChipConfig & chip, const Key & key, const std::vector<ChipEntry> & entries)
 {
     const CElement & winner = FindWinner(chip, key, entries);
-    ShownKey shown = { key, {} };
+    LayeredKey shown = { key, {} };
     for (const ChipEntry & entry : entries)
         shown.mValues.push_back({ entry.mLayer, entry.mStore, entry.mElement->Name(), ValueOf(*entry.mElement),
             entry.mElement == &winner });
     return shown;
 }
 
-bool IsHidden(const ShownKey & key)
+bool IsHidden(const LayeredKey & key)
 {
     return key.mValues.back().mLayer > 0 && std::none_of(key.mValues.begin(), key.mValues.end(),
-                                                [](const ShownValue & value) { return value.mIsWinner; });
+                                                [](const LayeredValue & value) { return value.mIsWinner; });
 }
 
 }   // namespace
 
-ShownChip MakeShownChip(const CChipConfig & chip, const std::string & label)
+LayeredChip LayersAndWinners(const CChipConfig & chip, const std::string & label)
 {
-    ShownChip shown = { label, MakeLayers(chip), {}, {} };
+    LayeredChip shown = { label, MakeLayers(chip), {}, {} };
     for (const auto & [key, entries] : CollectEntries(chip)) {
         shown.mKeys.push_back(MakeKey(chip, key, entries));
         if (IsHidden(shown.mKeys.back()))
-            shown.mHidden.push_back(Describe(key, entries.back().mElement->Name()) +
+            shown.mHidden.push_back(TitleOf(key, entries.back().mElement->Name()) +
                                     " has no winner: another key of its number or name answers for it");
     }
     return shown;

@@ -1,9 +1,9 @@
 /// What `zynconfig show` tells, before it becomes a table or JSON text.
 
-#ifndef WORKBENCH_SHOWMODEL_H
-#define WORKBENCH_SHOWMODEL_H
+#ifndef WORKBENCH_LAYEREDCHIP_H
+#define WORKBENCH_LAYEREDCHIP_H
 
-#include "place.h"
+#include "key.h"
 #include "value.h"
 
 #include <configtools/chipconfig.h>
@@ -13,14 +13,14 @@
 
 namespace workbench {
 
-struct ShownLayer
+struct Layer
 {
     int mNumber;
     Store mStore;
     std::vector<int> mSubsystems;   // types, ascending
 };
 
-struct ShownValue
+struct LayeredValue
 {
     int mLayer;   // 0 for none
     Store mStore;
@@ -29,17 +29,17 @@ struct ShownValue
     bool mIsWinner;   // the value that holds
 };
 
-struct ShownKey
+struct LayeredKey
 {
     Key mKey;
-    std::vector<ShownValue> mValues;   // from the bottom layer up
+    std::vector<LayeredValue> mValues;   // from the bottom layer up
 };
 
-struct ShownChip
+struct LayeredChip
 {
     std::string mLabel;
-    std::vector<ShownLayer> mLayers;   // from the bottom up
-    std::vector<ShownKey> mKeys;       // by subsystem, number and indices
+    std::vector<Layer> mLayers;      // from the bottom up
+    std::vector<LayeredKey> mKeys;   // by subsystem, number and indices
 
     /// Keys of which no value wins although they stand in a layer, a line each.
     std::vector<std::string> mHidden;
@@ -48,7 +48,7 @@ struct ShownChip
 /// Takes the chip's picture. Which value wins is the library's answer to a lookup from the topmost layer down, by the
 /// text of the key's number and indices; where that finds nothing (a number above 2147483647), by its name, and then by
 /// its plain number.
-ShownChip MakeShownChip(const VrexZynConfigTools::CChipConfig & chip, const std::string & label);
+LayeredChip LayersAndWinners(const VrexZynConfigTools::CChipConfig & chip, const std::string & label);
 
 }   // namespace workbench
 
