@@ -1,12 +1,14 @@
 #include "catalog.h"
 
-#include "errors.h"
-
 #include <configtools/helper.h>
 #include <configtools/keywords.h>
+#include <kit/text/ascii.h>
 #include <kit/text/utf8.h>
+#include <kit/text/words.h>
 
 #include <algorithm>
+#include <fnmatch.h>
+#include <iterator>
 
 namespace workbench {
 
@@ -17,24 +19,19 @@ using kit::text::Quoted;
 namespace {
 
 constexpr std::size_t MOST_NAMES = 10;   // in a message
+constexpr char ANY[] = "*";
 
-std::string List(const std::vector<std::string> & names)
+std::string List(std::vector<std::string> names)
 {
-    std::string list;
-    for (std::size_t i = 0; i < std::min(names.size(), MOST_NAMES); ++i)
-        list.append(list.empty() ? "" : ", ").append(Printable(names[i]));
-    return list + (names.size() > MOST_NAMES ? ", ..." : "");
+    std::transform(
+        names.begin(), names.end(), names.begin(), [](const std::string & name) { return Printable(name); });
+    return kit::text::Joined(names, ", ", MOST_NAMES);
 }
 
-char LowerLetter(char character)
+bool Matches(const IMetadata & metadata, const std::string & pattern)
 {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
-
-bool EqualsIgnoringCase(const std::string & left, const std::string & right)
-{
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-        [](char one, char other) { return LowerLetter(one) == LowerLetter(other); });
+    return fnmatch(pattern.c_str(), metadata.Name().c_str(), FNM_CASEFOLD) == 0 ||
+           pattern == std::to_string(metadata.PsId());
 }
 
 std::string IndexName(const CTableIndex & index, std::size_t position)
@@ -60,7 +57,7 @@ std::optional<std::uint32_t> IndexValue(const CTableIndex & index, const std::st
     if (index.Type() == CTableIndex::INDEX_INTEGER)
         return number && *number >= index.Min() && *number <= index.Max() ? number : std::nullopt;
     for (const auto & [name, value] : index.Enums()) {
-        if (number ? static_cast<std::uint32_t>(value) == *number : EqualsIgnoringCase(name, text))
+        if (number ? static_cast<std::uint32_t>(value) == *number : kit::text::EqualsIgnoringCase(name, text))
             return static_cast<std::uint32_t>(value);
     }
     return std::nullopt;
@@ -68,9 +65,10 @@ std::optional<std::uint32_t> IndexValue(const CTableIndex & index, const std::st
 
 }   // namespace
 
-CCatalog::CCatalog(IMetadataProvider & provider, const CZynContext & context)
+CCatalog::CCatalog(IMetadataProvider & provider, const CZynContext & context, IFindingSink & sink)
     : mProvider(provider)
     , mContext(context)
+    , mSink(sink)
 {}
 
 bool CCatalog::Select(const std::string & label)
@@ -82,10 +80,9 @@ bool CCatalog::Select(const std::string & label)
     }
     const std::vector<std::string> systems = mProvider.Systems();
     if (label.empty() && systems.size() > 1)
-        ReportError("the metadata is about several systems (" + List(systems) +
-                    "): tell by --chip LABEL which one; " + Labels());
+        Report("several-systems", "the metadata is about several systems (" + List(systems) + ")", Labels());
     else if (!label.empty())
-        ReportError("no chip has the label " + Quoted(label) + "; " + Labels());
+        Report("unknown-chip", "no chip has the label " + Quoted(label) + "; " + Labels(), Labels());
     return label.empty() && systems.size() <= 1;
 }
 
@@ -102,7 +99,8 @@ bool CCatalog::SelectChipOfFiles(const std::string & label)
         return false;
     if (mChip == label || label.empty())
         return true;
-    ReportError("the label of the chip is " + Quoted(mChip) + ", which the files spell " + Quoted(label));
+    Report("chip-spelling",
+        "the label of the chip is " + Quoted(mChip) + ", which the files spell " + Quoted(label), mChip);
     return false;
 }
 
@@ -137,7 +135,8 @@ std::optional<int> CCatalog::SubsystemOf(const std::string & name) const
         return type;
     std::vector<std::string> names;
     std::transform(types.begin(), types.end(), std::back_inserter(names), SubsystemName);
-    ReportError("the metadata has no subsystem " + Quoted(name) + "; there are " + List(names));
+    Report("unknown-subsystem", "the metadata has no subsystem " + Quoted(name) + "; there are " + List(names),
+        List(names));
     return std::nullopt;
 }
 
@@ -152,6 +151,25 @@ std::vector<Record> CCatalog::Records(int subsystem) const
         }
     }
     return records;
+}
+
+std::optional<std::vector<Record>> CCatalog::RecordsLike(const std::string & pattern) const
+{
+    const auto colon = pattern.find(':');
+    const std::string subsystem = colon == std::string::npos ? ANY : pattern.substr(0, colon);
+    const std::string names = colon == std::string::npos ? pattern : pattern.substr(colon + 1);
+    const auto type = subsystem == ANY ? std::optional(NO_NUMBER) : SubsystemOf(subsystem);
+    if (!type)
+        return std::nullopt;
+
+    std::vector<Record> found;
+    for (const Record & record : Records(*type)) {
+        if (Matches(*record.mMetadata, names.empty() ? ANY : names))
+            found.push_back(record);
+    }
+    if (found.empty())
+        Report("unknown-key", "the metadata has no key like " + Quoted(pattern));
+    return found;
 }
 
 const IMetadata * CCatalog::Find(int subsystem, std::uint32_t id) const
@@ -191,7 +209,9 @@ std::optional<Record> CCatalog::Find(const KeyText & text) const
     std::vector<std::string> choices;
     for (const Record & record : candidates)
         choices.push_back(SubsystemName(record.mSubsystem) + ':' + text.mKey);
-    ReportError("several subsystems have a key " + Quoted(text.mKey) + ": tell which one, of " + List(choices));
+    Report("ambiguous-key",
+        "several subsystems have a key " + Quoted(text.mKey) + ": tell which one, of " + List(choices),
+        List(choices));
     return std::nullopt;
 }
 
@@ -199,35 +219,48 @@ void CCatalog::ReportUnknown(const KeyText & text, int subsystem) const
 {
     CZynContext context = Context(subsystem);
     const std::string near = NumberOf(text.mKey) ? "" : mProvider.NearestName(text.mKey, context);
-    ReportError("the metadata has no key " + Quoted(text.mKey) +
-                (subsystem == NO_NUMBER ? "" : " in " + SubsystemName(subsystem)) +
-                (near.empty() ? "" : "; did you mean " + Quoted(near) + '?'));
+    Report("unknown-key",
+        "the metadata has no key " + Quoted(text.mKey) +
+            (subsystem == NO_NUMBER ? "" : " in " + SubsystemName(subsystem)) +
+            (near.empty() ? "" : "; did you mean " + Quoted(near) + '?'),
+        {}, near);
 }
 
 std::optional<Key> CCatalog::RowOf(const Record & record, const KeyText & text) const
 {
     const IMetadata & metadata = *record.mMetadata;
     Key key = { record.mSubsystem, metadata.PsId(), metadata.NumIndices() > 0, {} };
-    const std::string name = TitleOf({ record.mSubsystem, metadata.PsId(), false, {} }, metadata.Name());
+    const std::string name = TitleOf(Key{ record.mSubsystem, metadata.PsId(), false, {} }, metadata.Name());
     if (text.mIndices.size() != metadata.NumIndices()) {
         const std::string count = std::to_string(metadata.NumIndices());
         const std::string given = std::to_string(text.mIndices.size());
-        ReportError(name + " has " + count + (count == "1" ? " index, and " : " indices, and ") + given +
-                    (given == "1" ? " is given" : " are given"));
+        mSink.OnFinding(FindingAbout(key, "wrong-index-count",
+            name + " has " + count + (count == "1" ? " index, and " : " indices, and ") + given +
+                (given == "1" ? " is given" : " are given")));
         return std::nullopt;
     }
     for (std::size_t i = 0; i < text.mIndices.size(); ++i) {
         const CTableIndex * const index = metadata.TableIndex(static_cast<std::uint16_t>(i + 1));
         const auto value = index == nullptr ? NumberOf(text.mIndices[i]) : IndexValue(*index, text.mIndices[i]);
         if (!value) {
-            ReportError(
+            mSink.OnFinding(FindingAbout(key, "unknown-index",
                 name + ": " + Quoted(text.mIndices[i]) + " is no value of " +
-                (index == nullptr ? "an index" : IndexName(*index, i + 1) + ", which has " + ValuesOf(*index)));
+                    (index == nullptr ? "an index"
+                                      : IndexName(*index, i + 1) + ", which has " + ValuesOf(*index))));
             return std::nullopt;
         }
         key.mIndices.push_back(*value);
     }
     return key;
+}
+
+void CCatalog::Report(const std::string & code, const std::string & text, const std::string & expected,
+    const std::string & nearest) const
+{
+    Finding finding = kit::reporting::MakeFinding(code, text);
+    finding.mExpected = expected;
+    finding.mNearest = nearest;
+    mSink.OnFinding(finding);
 }
 
 std::string CCatalog::Labels() const

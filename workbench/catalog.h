@@ -3,6 +3,7 @@
 #ifndef WORKBENCH_CATALOG_H
 #define WORKBENCH_CATALOG_H
 
+#include "finding.h"
 #include "key.h"
 #include "keytext.h"
 
@@ -22,12 +23,13 @@ struct Record
     const VrexZynConfigTools::IMetadata * mMetadata;   // the provider's, never null
 };
 
-/// Beside what the operations give: what is wrong with a question is reported.
+/// Beside what the operations return: what is wrong with a question goes to the sink.
 class CCatalog
 {
 public:
-    /// The provider stays the caller's. The tags of `context` go with every question.
-    CCatalog(VrexZynConfigTools::IMetadataProvider & provider, const VrexZynConfigTools::CZynContext & context);
+    /// Provider and sink remain the caller's. The tags of `context` go with every question.
+    CCatalog(VrexZynConfigTools::IMetadataProvider & provider, const VrexZynConfigTools::CZynContext & context,
+        IFindingSink & sink);
 
     /// Selects the system that has a chip of this label, without regard to case. An empty label selects the only
     /// system there is.
@@ -50,11 +52,16 @@ public:
     /// The types of the system's subsystems, in the provider's order, each once.
     std::vector<int> Subsystems() const;
 
-    /// The type that a keyword or an alias names; none, with the reason reported, if there is no such subsystem.
+    /// The type that a keyword or an alias names; none if there is no such subsystem.
     std::optional<int> SubsystemOf(const std::string & name) const;
 
     /// Every key of a subsystem, or of all for NO_NUMBER.
     std::vector<Record> Records(int subsystem = NO_NUMBER) const;
+
+    /// The keys that match `[SUBSYSTEM:]PATTERN`: by name, with the wildcards of a shell and without regard to case, or
+    /// by number. An empty pattern, or "*" for a subsystem, matches all. A pattern that no key matches is a finding, and
+    /// so is an unknown subsystem, for which there is no result.
+    std::optional<std::vector<Record>> RecordsLike(const std::string & pattern) const;
 
     /// The record of a key in a subsystem; null if there is none.
     const VrexZynConfigTools::IMetadata * Find(int subsystem, std::uint32_t id) const;
@@ -68,10 +75,13 @@ public:
 private:
     std::vector<Record> Candidates(const KeyText & text, const std::vector<int> & subsystems) const;
     void ReportUnknown(const KeyText & text, int subsystem) const;
+    void Report(const std::string & code, const std::string & text, const std::string & expected = {},
+        const std::string & nearest = {}) const;
     std::string Labels() const;
 
     VrexZynConfigTools::IMetadataProvider & mProvider;
     VrexZynConfigTools::CZynContext mContext;
+    IFindingSink & mSink;
     std::string mChip;
 };
 

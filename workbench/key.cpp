@@ -111,4 +111,24 @@ std::string TitleOf(const Key & key, const std::string & name)
     return "key " + NumberText(key) + called + " of " + SubsystemName(key.mSubsystem);
 }
 
+std::string TitleOf(const StoredKey & key, const std::string & name)
+{
+    return TitleOf(key.mKey, name) + " in " + NameOf(key.mStore);
+}
+
+Finding FindingAbout(const StoredKey & key, const std::string & code, const std::string & text)
+{
+    Finding finding = FindingAbout(key.mKey, code, text);
+    finding.mStore = NameOf(key.mStore);
+    return finding;
+}
+
+Finding FindingAbout(const Key & key, const std::string & code, const std::string & text)
+{
+    Finding finding = kit::reporting::MakeFinding(code, text);
+    finding.mSubsystem = SubsystemName(key.mSubsystem);
+    finding.mKey = NumberText(key);
+    return finding;
+}
+
 }   // namespace workbench

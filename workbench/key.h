@@ -3,6 +3,8 @@
 #ifndef WORKBENCH_KEY_H
 #define WORKBENCH_KEY_H
 
+#include "finding.h"
+
 #include <configtools/context.h>
 #include <configtools/elements.h>
 
@@ -71,8 +73,15 @@ std::string LookupText(const Key & key);
 /// As above, but a row without indices reads "120.", which the library would take for the row 0.
 std::string NumberText(const Key & key);
 
-/// "key 120.3.7 (BAND_LIMIT) of wlan", for messages.
+/// "key 120.3.7 (BAND_LIMIT) of wlan", for messages; with a store "key 120.3.7 (BAND_LIMIT) of wlan in otp.1".
 std::string TitleOf(const Key & key, const std::string & name);
+std::string TitleOf(const StoredKey & key, const std::string & name);
+
+/// A finding with this code and text that names the key, its subsystem and store.
+Finding FindingAbout(const StoredKey & key, const std::string & code, const std::string & text);
+
+/// The same for a key that isn't looked at in one store only.
+Finding FindingAbout(const Key & key, const std::string & code, const std::string & text);
 
 }   // namespace workbench
 

@@ -94,8 +94,9 @@ LayeredChip LayersAndWinners(const CChipConfig & chip, const std::string & label
     for (const auto & [key, entries] : CollectEntries(chip)) {
         shown.mKeys.push_back(MakeKey(chip, key, entries));
         if (IsHidden(shown.mKeys.back()))
-            shown.mHidden.push_back(TitleOf(key, entries.back().mElement->Name()) +
-                                    " has no winner: another key of its number or name answers for it");
+            shown.mHidden.push_back(FindingAbout(key, "no-winner",
+                TitleOf(key, entries.back().mElement->Name()) +
+                    " has no winner: another key of its number or name answers for it"));
     }
     return shown;
 }

@@ -41,8 +41,8 @@ struct LayeredChip
     std::vector<Layer> mLayers;      // from the bottom up
     std::vector<LayeredKey> mKeys;   // by subsystem, number and indices
 
-    /// Keys of which no value wins although they stand in a layer, a line each.
-    std::vector<std::string> mHidden;
+    /// Keys of which no value wins although a layer has them.
+    std::vector<Finding> mHidden;
 };
 
 /// Takes the chip's picture. Which value wins is the library's answer to a lookup from the topmost layer down, by the

@@ -9,6 +9,7 @@
 namespace workbench {
 
 using namespace VrexZynConfigTools;
+using kit::reporting::LineOf;
 using kit::text::Quoted;
 
 CReadWatch::CReadWatch(CChipConfig & chip)
@@ -38,9 +39,9 @@ const std::map<StoredKey, Delivery> & CReadWatch::Deliveries() const
     return mDeliveries;
 }
 
-const std::vector<std::string> & CReadWatch::Complaints() const
+const std::vector<Finding> & CReadWatch::Refused() const
 {
-    return mComplaints;
+    return mRefused;
 }
 
 void CReadWatch::OnReadStarted(IConfigReader & reader, IConfigContext & context)
@@ -96,10 +97,13 @@ bool CReadWatch::IsOfThisChip(const std::string & chip)
     if (chip == *mLabel)
         return true;
 
-    const std::string complaint =
-        mFile + ": is for the chip " + Quoted(chip) + ", but " + mFirstFile + " is for " + Quoted(*mLabel);
-    if (mComplaints.empty() || mComplaints.back() != complaint)   // once a file, not once a subsystem
-        mComplaints.push_back(complaint);
+    Finding finding = kit::reporting::MakeFinding(
+        "other-chip", "is for the chip " + Quoted(chip) + ", but " + mFirstFile + " is for " + Quoted(*mLabel));
+    finding.mExpected = *mLabel;
+    kit::reporting::At(finding, mFile);
+    const bool isKnown = !mRefused.empty() && LineOf(mRefused.back()) == LineOf(finding);
+    if (!isKnown)   // once a file, not once a subsystem
+        mRefused.push_back(std::move(finding));
     return false;
 }
 

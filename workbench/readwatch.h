@@ -48,8 +48,8 @@ public:
 
     const std::map<StoredKey, Delivery> & Deliveries() const;
 
-    /// What was refused, a line each.
-    const std::vector<std::string> & Complaints() const;
+    /// What was refused: files of another chip.
+    const std::vector<Finding> & Refused() const;
 
     void OnReadStarted(
         VrexZynConfigTools::IConfigReader & reader, VrexZynConfigTools::IConfigContext & context) override;
@@ -78,7 +78,7 @@ private:
     Store mStore = {};
     std::set<Store> mStores;
     std::map<StoredKey, Delivery> mDeliveries;
-    std::vector<std::string> mComplaints;
+    std::vector<Finding> mRefused;
 };
 
 }   // namespace workbench

@@ -1,9 +1,6 @@
 #include "repository.h"
 
-#include "errors.h"
-
 #include <configtools/metadataproviderfactory.h>
-#include <kit/text/utf8.h>
 
 #include <algorithm>
 #include <vector>
@@ -11,7 +8,6 @@
 namespace workbench {
 
 using namespace VrexZynConfigTools;
-using kit::text::Quoted;
 
 namespace {
 
@@ -19,23 +15,22 @@ constexpr char PLUG_IN[] = "sqlitemetadata";   // its argument is the path of th
 
 }   // namespace
 
-bool CRepository::Open(const std::string & file, const std::string & plugInFolder)
+bool CRepository::Open(const std::string & file, const std::string & plugInFolder, IFindingSink & sink)
 {
     CMetadataProviderFactory & modules = CMetadataProviderFactory::Ref();
     modules.Load(plugInFolder);
     std::vector<std::string> names;
     modules.Providers(names);
     if (std::find(names.begin(), names.end(), PLUG_IN) == names.end()) {
-        ReportChannel();
-        ReportError("no plug-in " + Quoted(PLUG_IN) + " in " + Quoted(plugInFolder) + ", which " +
-                    Quoted(file) + " needs");
+        PassOnChannel(sink);
+        sink.OnFinding(MissingPlugIn(PLUG_IN, plugInFolder, file));
         return false;
     }
     mProvider.reset(modules.Create(PLUG_IN, file));
     const bool isUsable = mProvider != nullptr && mProvider->Check();
-    const bool isAnyError = ReportChannel();
+    const bool isAnyError = PassOnChannel(sink);
     if (!isUsable && !isAnyError)
-        ReportError(file + ": unable to use it as metadata");
+        sink.OnFinding(FindingIn(file, "unusable-metadata", "unable to use it as metadata"));
     return isUsable && !isAnyError;
 }
 

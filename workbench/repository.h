@@ -1,7 +1,9 @@
-/// The metadata that the command line names: what the chip's keys mean.
+/// A metadata repository: what the chip's keys mean.
 
 #ifndef WORKBENCH_REPOSITORY_H
 #define WORKBENCH_REPOSITORY_H
+
+#include "finding.h"
 
 #include <configtools/metadataprovider.h>
 
@@ -14,8 +16,8 @@ namespace workbench {
 class CRepository
 {
 public:
-    /// Opens the repository with a plug-in of the folder. False, with the reason reported, if it can't be used.
-    bool Open(const std::string & file, const std::string & plugInFolder);
+    /// Opens the repository with a plug-in of the folder. False if it can't be used; the sink gets the reason.
+    bool Open(const std::string & file, const std::string & plugInFolder, IFindingSink & sink);
 
     /// Null before a successful `Open`.
     VrexZynConfigTools::IMetadataProvider * Provider() const { return mProvider.get(); }

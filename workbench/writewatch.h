@@ -14,8 +14,8 @@ namespace workbench {
 class CWriteWatch : public VrexZynConfigTools::IConfigWriter
 {
 public:
-    /// The writer stays the caller's; `expected` values have to go out to `output`. If others do, an error stands in the
-    /// framework's group before the writer is told of the end, at which an honest one keeps the old output then.
+    /// The writer remains the caller's; `expected` values have to go out to `output`. If others do, an error is set in
+    /// the framework's group before the writer learns of the end, at which it leaves the old output as it is then.
     CWriteWatch(VrexZynConfigTools::IConfigWriter & writer, std::size_t expected, const std::string & output);
 
     void PrepareWriter(VrexZynConfigTools::IConfigContext & context) override;

@@ -1,16 +1,23 @@
 #include "commandline.h"
 
+#include "commands.h"
+
 #include <CLI/CLI.hpp>
+#include <kit/text/ascii.h>
+#include <kit/text/number.h>
 #include <kit/text/utf8.h>
-#include <workbench/errors.h>
+#include <workbench/conversion.h>
 #include <workbench/formats.h>
 #include <workbench/keytext.h>
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <map>
 #include <sstream>
+#include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace zynconfig {
 
@@ -18,8 +25,6 @@ using namespace workbench;
 using kit::text::Quoted;
 
 namespace {
-
-constexpr int TOP_LAYER = 15;
 
 constexpr char DESCRIPTION[] =
     "Shows, checks and converts the configuration of a chip. The stores that hold it are stacked into "
@@ -40,24 +45,6 @@ constexpr char FROM_HELP[] = "The format of the files, whatever their extension:
 constexpr char TO_HELP[] = "The format of the output, whatever its extension: ";
 constexpr char FILTER_HELP[] =
     "Write each key once: from the highest layer up to N, or with -N from the lowest";
-
-struct CommandName
-{
-    const char * mName;
-    Command mCommand;
-    bool mNeedsMetadata;
-};
-
-constexpr std::array COMMANDS = {
-    CommandName{ "show", Command::Show, false },
-    CommandName{ "convert", Command::Convert, false },
-    CommandName{ "keys", Command::Keys, true },
-    CommandName{ "describe", Command::Describe, true },
-    CommandName{ "check", Command::Check, true },
-    CommandName{ "get", Command::Get, true },
-    CommandName{ "info", Command::Info, false },
-    CommandName{ "metadata", Command::CompileMetadata, false },
-};
 
 constexpr char REPOSITORY_EXTENSION[] = ".zmd";
 
@@ -82,20 +69,13 @@ constexpr std::array RESERVED_TAGS = {
     ReservedTag{ "subsystemkeybylayer", "the library computes it" },
 };
 
-std::string Lower(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(),
-        [](char each) { return each >= 'A' && each <= 'Z' ? static_cast<char>(each - 'A' + 'a') : each; });
-    return text;
-}
-
 std::string TagProblem(const std::string & piece)
 {
     const auto equals = piece.find('=');
     if (equals == std::string::npos)
         return Quoted(piece) + " is no tag=value";
 
-    const std::string key = Lower(piece.substr(0, equals));
+    const std::string key = kit::text::Lowered(piece.substr(0, equals));
     if (key.empty() || key.front() == ' ' || key.back() == ' ')
         return Quoted(piece) + ": a tag has a name, and no blanks around it";
     if (key.find("index") != std::string::npos)
@@ -134,7 +114,7 @@ CLI::Validator Check(std::string (*problem)(const std::string &))
     return CLI::Validator([problem](std::string & text) { return problem(text); }, "");
 }
 
-/// The command line as CLI11 sees it; fills an Options object while it parses.
+/// The command line as CLI11 takes it; fills an Options object while it parses.
 class CCommandLine
 {
 public:
@@ -153,32 +133,18 @@ public:
             ->type_name("FILE")
             ->envname("ZYNCONFIG_METADATA");
         mApp.add_flag("--trace", options.mIsTraced, "Show the library's debug output on standard error");
-        AddShow();
-        AddConvert();
-        AddKeyCommands();
-        AddCheck();
-        AddInfo();
-        AddMetadata();
+        for (const Command & command : COMMANDS)
+            AddCommand(command);
         mApp.footer(FOOTER);
     }
 
     void Parse(int argumentCount, const char * const * arguments)
     {
         mApp.parse(argumentCount, arguments);
-        for (const CommandName & each : COMMANDS) {
-            if (mApp.got_subcommand(each.mName))
-                Take(each);
+        for (const auto & [app, command] : mCommands) {
+            if (app->parsed())
+                Take(*command);
         }
-        if (mOptions.mCommand == Command::CompileMetadata)
-            return;   // its sources are no configurations
-
-        // Only now: the argument of an option that a command doesn't have would be taken for a file.
-        for (const std::string & file : mOptions.mFiles)
-            RequireKnownFormat(file, mOptions.mFrom);
-        if (mOptions.mCommand == Command::Convert)
-            RequireKnownFormat(mOptions.mOutput, mOptions.mTo);
-        if (!mLayerFilter.empty())
-            mOptions.mLayerFilter = std::stoi(mLayerFilter);
     }
 
     /// What is wrong, in words that name the word that is.
@@ -198,12 +164,21 @@ public:
     }
 
 private:
-    void Take(const CommandName & command)
+    void Take(const Command & command)
     {
-        mOptions.mCommand = command.mCommand;
-        const bool isAboutNothing = command.mCommand == Command::Info && mOptions.mFiles.empty();
-        if (mOptions.mMetadata.empty() && (command.mNeedsMetadata || isAboutNothing))
-            throw CLI::ValidationError(command.mName + std::string(NO_METADATA));
+        mOptions.mCommand = &command;
+        const bool needsMetadata = command.mNeeds == Needs::Metadata ||
+                                   (command.mNeeds == Needs::MetadataOrFiles && mOptions.mFiles.empty());
+        if (mOptions.mMetadata.empty() && needsMetadata)
+            throw CLI::ValidationError(std::string(command.mName) + NO_METADATA);
+
+        // Only now: the argument of an option that a command doesn't have would be taken for a file.
+        if (command.Takes(Argument::Files) || command.Takes(Argument::OptionalFiles))
+            for (const std::string & file : mOptions.mFiles)
+                RequireKnownFormat(file, mOptions.mFrom);
+        if (command.Takes(Argument::Output))
+            RequireKnownFormat(mOptions.mOutput, mOptions.mTo);
+        mOptions.mLayerFilter = kit::text::ParseWhole<int>(mLayerFilter);   // none for an empty text
     }
 
     std::string CommandNames() const
@@ -214,128 +189,116 @@ private:
         return names;
     }
 
-    CLI::Option & AddFiles(CLI::App & command)
+    void AddCommand(const Command & command)
     {
-        CLI::Option & files = *command.add_option("files", mOptions.mFiles, FILES_HELP)->type_name("FILE");
-        AddFormat(command, "--from", mOptions.mFrom, FROM_HELP);
-        command.add_option("--context", mOptions.mContext, CONTEXT_HELP)
+        const auto blank = command.mName.find(' ');
+        CLI::App & parent =
+            blank == std::string_view::npos ? mApp : Group(std::string(command.mName.substr(0, blank)));
+        const std::string name(command.mName.substr(blank == std::string_view::npos ? 0 : blank + 1));
+        CLI::App & app = *parent.add_subcommand(name, command.mHelp);
+        mCommands.emplace_back(&app, &command);
+        for (const Argument argument : command.mArguments)
+            AddArgument(app, argument);
+    }
+
+    CLI::App & Group(const std::string & name)
+    {
+        CLI::App *& app = mGroups[name];
+        if (app != nullptr)
+            return *app;
+        const auto * const group = std::find_if(COMMAND_GROUPS.begin(), COMMAND_GROUPS.end(),
+            [&](const CommandGroup & each) { return each.mName == name; });
+        app = mApp.add_subcommand(name, group->mHelp);
+        app->require_subcommand(1);
+        return *app;
+    }
+
+    void AddArgument(CLI::App & app, Argument argument)
+    {
+        switch (argument) {
+        case Argument::None:
+            return;
+        case Argument::Files:
+            AddFiles(app).required();
+            return;
+        case Argument::OptionalFiles:
+            AddFiles(app);
+            return;
+        case Argument::Key:
+            app.add_option("key", mOptions.mKey, KEY_HELP)
+                ->required()
+                ->type_name("KEY")
+                ->check(Check(&KeyTextProblem));
+            return;
+        case Argument::Pattern:
+            app.add_option("pattern", mOptions.mKey, PATTERN_HELP)->type_name("PATTERN");
+            return;
+        case Argument::Chip:
+            app.add_option("--chip", mOptions.mChip, CHIP_HELP)->type_name("LABEL");
+            return;
+        case Argument::Json:
+            app.add_flag("--json", mOptions.mIsJson, "Print JSON, for scripts");
+            return;
+        case Argument::Output:
+            app.add_option("-o,--output", mOptions.mOutput, "The file to write")->required()->type_name("OUT");
+            AddFormat(app, "--to", mOptions.mTo, TO_HELP);
+            return;
+        case Argument::LayerFilter:
+            app.add_option("--layer-filter", mLayerFilter, FILTER_HELP)
+                ->type_name("N")
+                ->check(Check(&LayerFilterProblem));
+            return;
+        case Argument::Sources:
+            app.add_option("sources", mOptions.mFiles, "The sources of one system, in TOML")
+                ->required()
+                ->type_name("SOURCE");
+            return;
+        case Argument::Repository:
+            app.add_option("-o,--output", mOptions.mOutput, "The repository to write (*.zmd)")
+                ->required()
+                ->type_name("OUT")
+                ->check(Check(&RepositoryProblem));
+            return;
+        }
+    }
+
+    CLI::Option & AddFiles(CLI::App & app)
+    {
+        CLI::Option & files = *app.add_option("files", mOptions.mFiles, FILES_HELP)->type_name("FILE");
+        AddFormat(app, "--from", mOptions.mFrom, FROM_HELP);
+        app.add_option("--context", mOptions.mContext, CONTEXT_HELP)
             ->type_name("\"TAG=VALUE;...\"")
             ->check(Check(&ContextProblem));
         return files;
     }
 
-    void AddJson(CLI::App & command)
+    static void AddFormat(CLI::App & app, const char * option, std::string & format, const std::string & help)
     {
-        command.add_flag("--json", mOptions.mIsJson, "Print JSON, for scripts");
-    }
-
-    void AddChip(CLI::App & command)
-    {
-        command.add_option("--chip", mOptions.mChip, CHIP_HELP)->type_name("LABEL");
-    }
-
-    static void AddFormat(
-        CLI::App & command, const char * option, std::string & format, const std::string & help)
-    {
-        command.add_option(option, format, help + KnownFormats())
+        app.add_option(option, format, help + KnownFormats())
             ->type_name("FORMAT")
             ->check(Check(&FormatProblem));
-    }
-
-    void AddShow()
-    {
-        CLI::App & show = *mApp.add_subcommand(
-            "show", "Show the layers, and of each key every layer's value and which one holds");
-        AddFiles(show).required();
-        AddJson(show);
-    }
-
-    void AddConvert()
-    {
-        CLI::App & convert =
-            *mApp.add_subcommand("convert", "Write all that the files hold, or with a filter what wins");
-        AddFiles(convert).required();
-        convert.add_option("-o,--output", mOptions.mOutput, "The file to write")->required()->type_name("OUT");
-        AddFormat(convert, "--to", mOptions.mTo, TO_HELP);
-        convert.add_option("--layer-filter", mLayerFilter, FILTER_HELP)
-            ->type_name("N")
-            ->check(Check(&LayerFilterProblem));
-    }
-
-    void AddKeyCommands()
-    {
-        CLI::App & keys = *mApp.add_subcommand("keys", "List the keys that the metadata knows");
-        keys.add_option("pattern", mOptions.mKey, PATTERN_HELP)->type_name("PATTERN");
-        AddChip(keys);
-        AddJson(keys);
-
-        CLI::App & describe = *mApp.add_subcommand("describe", "Tell all that the metadata knows about a key");
-        AddKey(describe);
-        AddChip(describe);
-        AddJson(describe);
-
-        CLI::App & get = *mApp.add_subcommand("get", "Print the value of a key that holds, or its default");
-        AddKey(get);
-        AddFiles(get).required();
-        AddJson(get);
-    }
-
-    void AddKey(CLI::App & command)
-    {
-        command.add_option("key", mOptions.mKey, KEY_HELP)
-            ->required()
-            ->type_name("KEY")
-            ->check(Check(&KeyTextProblem));
-    }
-
-    void AddCheck()
-    {
-        CLI::App & check =
-            *mApp.add_subcommand("check", "Hold the files against the metadata and tell what is wrong");
-        AddFiles(check).required();
-        AddJson(check);
-    }
-
-    void AddInfo()
-    {
-        CLI::App & info = *mApp.add_subcommand("info", "Tell chips and subsystems, and the stores of files");
-        AddFiles(info);
-        AddChip(info);
-        AddJson(info);
-    }
-
-    void AddMetadata()
-    {
-        CLI::App & metadata = *mApp.add_subcommand("metadata", "Make the description of a chip system");
-        metadata.require_subcommand(1);
-        CLI::App & compile =
-            *metadata.add_subcommand("compile", "Check sources, and compile them to a repository");
-        compile.add_option("sources", mOptions.mFiles, "The sources of one system, in TOML")
-            ->required()
-            ->type_name("SOURCE");
-        compile.add_option("-o,--output", mOptions.mOutput, "The repository to write (*.zmd)")
-            ->required()
-            ->type_name("OUT")
-            ->check(Check(&RepositoryProblem));
     }
 
     CLI::App mApp;
     Options & mOptions;
     std::string mLayerFilter;
+    std::vector<std::pair<const CLI::App *, const Command *>> mCommands;
+    std::map<std::string, CLI::App *> mGroups;   // by name
 };
 
 }   // namespace
 
-std::optional<ExitCode> ParseCommandLine(int argumentCount, const char * const * arguments, Options & options)
+std::optional<ExitCode> ParseCommandLine(
+    int argumentCount, const char * const * arguments, Options & options, CConsole & console)
 {
     CCommandLine commandLine(options);
     try {
         commandLine.Parse(argumentCount, arguments);
         return std::nullopt;
     } catch (const CLI::Success & request) {
-        return WriteOutput(commandLine.HelpOrVersion(request)) ? EXIT_DONE : EXIT_WRONG_DATA;
+        return console.Write(commandLine.HelpOrVersion(request)) ? EXIT_DONE : EXIT_WRONG_DATA;
     } catch (const CLI::Error & error) {
-        ReportError(commandLine.Reason(error) + " (zynconfig --help tells more)");
+        console.Error(commandLine.Reason(error) + " (zynconfig --help tells more)");
         return EXIT_WRONG_COMMAND_LINE;
     }
 }
@@ -353,12 +316,8 @@ std::string ContextProblem(const std::string & text)
 
 std::string LayerFilterProblem(const std::string & text)
 {
-    int layer = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), layer);
-    const bool isNumber = error == std::errc() && end == text.data() + text.size();
-    return isNumber && layer != 0 && layer >= -TOP_LAYER && layer <= TOP_LAYER
-               ? ""
-               : Quoted(text) + " is no layer: 1 to 15, or -15 to -1";
+    const auto layer = kit::text::ParseWholeIn<int>(text, -TOP_LAYER, TOP_LAYER);
+    return layer && *layer != 0 ? "" : Quoted(text) + " is no layer: 1 to 15, or -15 to -1";
 }
 
 }   // namespace zynconfig

@@ -9,21 +9,12 @@
 
 namespace zynconfig {
 
-enum class Command
-{
-    Show,
-    Convert,
-    Keys,
-    Describe,
-    Check,
-    Info,
-    Get,
-    CompileMetadata
-};
+class CConsole;
+struct Command;
 
 struct Options
 {
-    Command mCommand = Command::Show;
+    const Command * mCommand = nullptr;
     std::vector<std::string> mFiles;   // each of a known format; of `metadata compile` its sources
     std::string mFrom;                 // the format of all files; empty: by the extension of each
     std::string mOutput;               // of `convert`, of a known format; of `metadata compile`
@@ -48,7 +39,8 @@ enum ExitCode : int
 
 /// Fills `options`. An exit code if there is nothing more to do: help or version were asked for and have been
 /// printed, or the command line is wrong and the reason has been reported.
-std::optional<ExitCode> ParseCommandLine(int argumentCount, const char * const * arguments, Options & options);
+std::optional<ExitCode> ParseCommandLine(
+    int argumentCount, const char * const * arguments, Options & options, CConsole & console);
 
 /// What is wrong with a value of --context, or an empty text.
 std::string ContextProblem(const std::string & text);

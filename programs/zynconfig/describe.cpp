@@ -2,12 +2,10 @@
 #include "commands.h"
 #include "describejson.h"
 #include "lines.h"
-#include "session.h"
 
 #include <kit/text/utf8.h>
 #include <workbench/catalog.h>
 #include <workbench/defaults.h>
-#include <workbench/errors.h>
 #include <workbench/shape.h>
 
 #include <algorithm>
@@ -162,17 +160,19 @@ bool SelectRow(
 
 }   // namespace
 
-bool Describe(CSession & session)
+bool DescribeKey(Invocation & invocation)
 {
-    CCatalog catalog(*session.Metadata(), session.ReadContext());
-    const KeyText text = ParseKeyText(session.Asked().mKey);
-    const auto record = catalog.Select(session.Asked().mChip) ? catalog.Find(text) : std::nullopt;
+    const CSession & session = invocation.mSession;
+    CCatalog catalog(*session.Metadata(), session.ReadContext(), session.Sink());
+    const KeyText text = ParseKeyText(invocation.mOptions.mKey);
+    const auto record = catalog.Select(invocation.mOptions.mChip) ? catalog.Find(text) : std::nullopt;
     if (!record)
         return false;
     std::vector<DefaultValue> defaults = DefaultsOf(catalog, *record);
     if (!SelectRow(catalog, *record, text, defaults))
         return false;
-    return WriteOutput(session.Asked().mIsJson ? RenderJson(*record, defaults) : Render(*record, defaults));
+    return invocation.mConsole.Write(
+        invocation.mOptions.mIsJson ? RenderJson(*record, defaults) : Render(*record, defaults));
 }
 
 }   // namespace zynconfig

@@ -1,103 +1,24 @@
 #include "commands.h"
 #include "json.h"
 #include "lines.h"
-#include "session.h"
 
-#include <configtools/helper.h>
-#include <configtools/stores.h>
 #include <kit/text/utf8.h>
-#include <workbench/catalog.h>
-#include <workbench/errors.h>
 #include <workbench/losses.h>
+#include <workbench/systeminfo.h>
 
 namespace zynconfig {
 
-using namespace VrexZynConfigTools;
-using namespace workbench;
 using kit::text::Printable;
+using namespace workbench;
 
 namespace {
 
-struct ToldChip
+struct SystemFacts
 {
-    std::string mLabel;
-    int mNumber;   // the low byte, as the library tells chips apart
-    std::string mCode;
-    std::string mName;
-    std::string mSystem;
-    std::string mDescription;
-    bool mIsSelected;
+    std::vector<ChipFacts> mChips;
+    std::vector<SubsystemFacts> mSubsystems;
+    std::vector<StoreFacts> mStores;
 };
-
-struct ToldSubsystem
-{
-    std::string mName;
-    std::string mAlias;
-    std::string mVersion;
-    std::string mDescription;
-};
-
-struct ToldStore
-{
-    int mLayer;
-    Store mStore;
-    std::optional<std::uint32_t> mSize;   // in bytes; none: unknown
-    std::optional<std::int32_t> mFree;
-};
-
-struct ToldSystem
-{
-    std::vector<ToldChip> mChips;
-    std::vector<ToldSubsystem> mSubsystems;
-    std::vector<ToldStore> mStores;
-};
-
-// The list of chips stands only until the provider is asked again.
-std::vector<ToldChip> ChipsOf(const CCatalog & catalog, const CZynContext & context)
-{
-    std::vector<ToldChip> chips;
-    CZynContext anySystem;
-    for (const IChipInfo * const chip : catalog.Provider().Chips(anySystem)) {
-        if (chip != nullptr)
-            chips.push_back({ chip->SystemVersionLabel(), 0, "", chip->ChipName(), chip->SystemVersion(),
-                chip->SystemDescription(), false });
-    }
-    for (ToldChip & chip : chips) {
-        CZynContext selected = context;
-        selected.SetChip(chip.mLabel);
-        chip.mNumber = CHelper::Ref().GetAssociatedChipId(&catalog.Provider(), selected);
-        chip.mCode = CHelper::Ref().GetRefCodeForSelectedChip(catalog.Provider(), selected, true);
-        chip.mIsSelected = chip.mLabel == catalog.Chip();
-    }
-    return chips;
-}
-
-std::vector<ToldSubsystem> SubsystemsOf(const CCatalog & catalog)
-{
-    std::vector<ToldSubsystem> subsystems;
-    CZynContext context = catalog.Context();
-    for (const ISubsystemInfo * const subsystem : catalog.Provider().Subsystems(context)) {
-        if (subsystem != nullptr)
-            subsystems.push_back(
-                { subsystem->Name(), subsystem->Alias(), subsystem->Version(), subsystem->Description() });
-    }
-    return subsystems;
-}
-
-std::vector<ToldStore> StoresOf(const CChipConfig & chip)
-{
-    std::vector<ToldStore> stores;
-    for (const CStoreInfo * const store : chip.Stores()) {
-        ToldStore told = { static_cast<int>(stores.size()) + 1, { store->DeviceId(), store->StoreId() }, {},
-            {} };
-        if (store->StoreSize() != UNKNOWN_SIZE)
-            told.mSize = store->StoreSize();
-        if (store->StoreSizeFree() != CStoreInfo::INVALID_STORE_SIZE)
-            told.mFree = store->StoreSizeFree();
-        stores.push_back(told);
-    }
-    return stores;
-}
 
 void AddPart(const char * title, const Cells & heading, const std::vector<Cells> & rows, CLineMaker & lines)
 {
@@ -108,11 +29,11 @@ void AddPart(const char * title, const Cells & heading, const std::vector<Cells>
     lines.Add("");
 }
 
-void AddChips(const ToldSystem & system, CLineMaker & lines)
+void AddChips(const SystemFacts & system, CLineMaker & lines)
 {
     std::vector<Cells> rows;
     bool isAnySelected = false;
-    for (const ToldChip & chip : system.mChips) {
+    for (const ChipFacts & chip : system.mChips) {
         isAnySelected = isAnySelected || chip.mIsSelected;
         rows.push_back({ chip.mIsSelected ? "*" : "", Printable(chip.mLabel), std::to_string(chip.mNumber),
             Printable(chip.mCode), Printable(chip.mName), Printable(chip.mSystem),
@@ -121,10 +42,10 @@ void AddChips(const ToldSystem & system, CLineMaker & lines)
     AddPart("Chips", { "", "LABEL", "NUMBER", "CODE", "NAME", "VERSION", "DESCRIPTION" }, rows, lines);
 }
 
-void AddSubsystems(const ToldSystem & system, CLineMaker & lines)
+void AddSubsystems(const SystemFacts & system, CLineMaker & lines)
 {
     std::vector<Cells> rows;
-    for (const ToldSubsystem & subsystem : system.mSubsystems)
+    for (const SubsystemFacts & subsystem : system.mSubsystems)
         rows.push_back({ Printable(subsystem.mName), Printable(subsystem.mAlias), Printable(subsystem.mVersion),
             Printable(subsystem.mDescription) });
     AddPart("Subsystems", { "NAME", "ALIAS", "VERSION", "DESCRIPTION" }, rows, lines);
@@ -136,16 +57,16 @@ std::string TextOrUnknown(const std::optional<NumberT> & number)
     return number ? std::to_string(*number) : "unknown";
 }
 
-void AddStores(const ToldSystem & system, CLineMaker & lines)
+void AddStores(const SystemFacts & system, CLineMaker & lines)
 {
     std::vector<Cells> rows;
-    for (const ToldStore & store : system.mStores)
+    for (const StoreFacts & store : system.mStores)
         rows.push_back({ std::to_string(store.mLayer), NameOf(store.mStore), TextOrUnknown(store.mSize),
             TextOrUnknown(store.mFree) });
     AddPart("Stores, from bottom to top, in bytes", { "LAYER", "STORE", "SIZE", "FREE" }, rows, lines);
 }
 
-std::string Render(const ToldSystem & system)
+std::string Render(const SystemFacts & system)
 {
     CLineMaker lines(StyleOfOutput());
     AddChips(system, lines);
@@ -163,20 +84,20 @@ Json JsonOf(const std::optional<NumberT> & number)
     return number ? Json(*number) : Json();
 }
 
-std::string RenderJson(const ToldSystem & system)
+std::string RenderJson(const SystemFacts & system)
 {
     Json chips = Json::array();
-    for (const ToldChip & chip : system.mChips)
+    for (const ChipFacts & chip : system.mChips)
         chips.push_back({ { "label", JsonText(chip.mLabel) }, { "number", chip.mNumber },
             { "reference_code", JsonText(chip.mCode) }, { "name", JsonText(chip.mName) },
             { "version", JsonText(chip.mSystem) }, { "description", JsonText(chip.mDescription) },
             { "selected", chip.mIsSelected } });
     Json subsystems = Json::array();
-    for (const ToldSubsystem & subsystem : system.mSubsystems)
+    for (const SubsystemFacts & subsystem : system.mSubsystems)
         subsystems.push_back({ { "name", JsonText(subsystem.mName) }, { "alias", JsonText(subsystem.mAlias) },
             { "version", JsonText(subsystem.mVersion) }, { "description", JsonText(subsystem.mDescription) } });
     Json stores = Json::array();
-    for (const ToldStore & store : system.mStores)
+    for (const StoreFacts & store : system.mStores)
         stores.push_back({ { "layer", store.mLayer }, { "device", JsonOfDevice(store.mStore) },
             { "store", JsonOfNumber(store.mStore.mNumber) }, { "size", JsonOf(store.mSize) },
             { "free", JsonOf(store.mFree) } });
@@ -185,12 +106,12 @@ std::string RenderJson(const ToldSystem & system)
 }
 
 // The label of the files selects the chip, else the command line's.
-bool AddMetadata(CSession & session, const std::string & label, ToldSystem & system)
+bool AddMetadata(const CSession & session, const std::string & label, SystemFacts & system)
 {
     if (session.Metadata() == nullptr)
         return true;
-    CCatalog catalog(*session.Metadata(), session.ReadContext());
-    // Without a selection there is something to tell all the same: the chips from which to choose.
+    CCatalog catalog(*session.Metadata(), session.ReadContext(), session.Sink());
+    // Without a selection there is something to show all the same: the chips from which to choose.
     const bool isSelected = label.empty() ? catalog.SelectOnly() : catalog.Select(label);
     system.mChips = ChipsOf(catalog, session.ReadContext());
     system.mSubsystems = SubsystemsOf(catalog);
@@ -199,20 +120,22 @@ bool AddMetadata(CSession & session, const std::string & label, ToldSystem & sys
 
 }   // namespace
 
-bool Info(CSession & session)
+bool ShowInfo(Invocation & invocation)
 {
-    ToldSystem system;
-    std::string label = session.Asked().mChip;
+    const CSession & session = invocation.mSession;
+    const Options & options = invocation.mOptions;
+    SystemFacts system;
+    std::string label = options.mChip;
     bool isWell = true;
-    if (!session.Asked().mFiles.empty()) {
-        if (!session.ReadAll())
+    if (!options.mFiles.empty()) {
+        if (!ReadFiles(invocation))
             return false;
-        isWell = !ReportErrors(LossesOfRead(session.Chip(), session.Watch()));
+        isWell = !PassOn(LossesOfRead(session.Chip(), session.Watch()), session.Sink());
         system.mStores = StoresOf(session.Chip());
         label = label.empty() ? session.Watch().Chip() : label;
     }
     isWell = AddMetadata(session, label, system) && isWell;
-    return WriteOutput(session.Asked().mIsJson ? RenderJson(system) : Render(system)) && isWell;
+    return invocation.mConsole.Write(options.mIsJson ? RenderJson(system) : Render(system)) && isWell;
 }
 
 }   // namespace zynconfig

@@ -1,54 +1,18 @@
 #include "commands.h"
 #include "json.h"
 #include "lines.h"
-#include "session.h"
 
 #include <kit/text/utf8.h>
 #include <workbench/catalog.h>
-#include <workbench/errors.h>
 #include <workbench/shape.h>
-
-#include <algorithm>
-#include <fnmatch.h>
 
 namespace zynconfig {
 
 using namespace VrexZynConfigTools;
 using namespace workbench;
 using kit::text::Printable;
-using kit::text::Quoted;
 
 namespace {
-
-constexpr char ANY[] = "*";
-
-/// Which keys are asked for.
-struct Pattern
-{
-    int mSubsystem;   // NO_NUMBER: all
-    std::string mNames;
-};
-
-// What stands before a colon is a subsystem. None, with the reason reported, if there is no such one.
-std::optional<Pattern> ParsePattern(const std::string & text, const CCatalog & catalog)
-{
-    const auto colon = text.find(':');
-    const std::string names = colon == std::string::npos ? text : text.substr(colon + 1);
-    Pattern pattern = { NO_NUMBER, names.empty() ? std::string(ANY) : names };
-    if (colon == std::string::npos || text.substr(0, colon) == ANY)
-        return pattern;
-    const auto subsystem = catalog.SubsystemOf(text.substr(0, colon));
-    if (!subsystem)
-        return std::nullopt;
-    pattern.mSubsystem = *subsystem;
-    return pattern;
-}
-
-bool Matches(const Record & record, const std::string & pattern)
-{
-    return fnmatch(pattern.c_str(), record.mMetadata->Name().c_str(), FNM_CASEFOLD) == 0 ||
-           pattern == std::to_string(record.mMetadata->PsId());
-}
 
 std::string IndexNames(const IMetadata & metadata)
 {
@@ -96,23 +60,18 @@ std::string RenderKeysJson(const std::vector<Record> & records, const CCatalog &
 
 }   // namespace
 
-bool Keys(CSession & session)
+bool ListKeys(Invocation & invocation)
 {
-    CCatalog catalog(*session.Metadata(), session.ReadContext());
-    const auto pattern =
-        catalog.Select(session.Asked().mChip) ? ParsePattern(session.Asked().mKey, catalog) : std::nullopt;
-    if (!pattern)
+    const CSession & session = invocation.mSession;
+    CCatalog catalog(*session.Metadata(), session.ReadContext(), session.Sink());
+    const auto records = catalog.Select(invocation.mOptions.mChip)
+                             ? catalog.RecordsLike(invocation.mOptions.mKey)
+                             : std::nullopt;
+    if (!records || (records->empty() && !invocation.mOptions.mIsJson))
         return false;
-
-    std::vector<Record> records = catalog.Records(pattern->mSubsystem);
-    records.erase(std::remove_if(records.begin(), records.end(),
-                      [&](const Record & record) { return !Matches(record, pattern->mNames); }),
-        records.end());
-    if (records.empty())
-        ReportError("the metadata has no key like " + Quoted(session.Asked().mKey));
-    if (session.Asked().mIsJson)
-        return WriteOutput(RenderKeysJson(records, catalog)) && !records.empty();
-    return !records.empty() && WriteOutput(RenderKeys(records));
+    const std::string output =
+        invocation.mOptions.mIsJson ? RenderKeysJson(*records, catalog) : RenderKeys(*records);
+    return invocation.mConsole.Write(output) && !records->empty();
 }
 
 }   // namespace zynconfig

@@ -1,12 +1,8 @@
 /// zynconfig: shows and converts the configuration of a chip. docs/zynconfig.md is the manual.
 
-#include "commandline.h"
 #include "commands.h"
-#include "session.h"
 
 #include <messages/messages.h>
-#include <workbench/compiler/compile.h>
-#include <workbench/errors.h>
 
 #include <csignal>
 #include <cstdint>
@@ -16,7 +12,6 @@
 
 namespace {
 
-using namespace workbench;
 using namespace zynconfig;
 
 constexpr std::uint32_t ALL_DEBUG_LEVELS = 3;
@@ -34,46 +29,20 @@ void KeepStandardStreams()
     }
 }
 
-bool Do(Command command, CSession & session)
-{
-    switch (command) {
-    case Command::Show:
-        return Show(session);
-    case Command::Convert:
-        return Convert(session);
-    case Command::Keys:
-        return Keys(session);
-    case Command::Describe:
-        return Describe(session);
-    case Command::Check:
-        return Check(session);
-    case Command::Info:
-        return Info(session);
-    case Command::Get:
-        return Get(session);
-    case Command::CompileMetadata:
-        break;   // needs no session
-    }
-    return false;
-}
-
-int Run(int argumentCount, char ** arguments)
+int Run(int argumentCount, char ** arguments, CConsole & console)
 {
     Options options;
-    if (const auto exitCode = ParseCommandLine(argumentCount, arguments, options))
+    if (const auto exitCode = ParseCommandLine(argumentCount, arguments, options, console))
         return *exitCode;
 
-    CErrorStreamSink sink;
-    const VrexZynConfigTools::CMessageSinkGuard guard(&sink);
+    const VrexZynConfigTools::CMessageSinkGuard guard(&console);
     if (options.mIsTraced)
         VrexZynConfigTools::CTheMsgHnd::SetDebugLevel(ALL_DEBUG_LEVELS);
 
-    if (options.mCommand == Command::CompileMetadata)
-        return compiler::Compile(options.mFiles, options.mOutput) ? EXIT_DONE : EXIT_WRONG_DATA;
-
-    CSession session(options);
-    const bool isDone = session.Load() && Do(options.mCommand, session);
-    const bool isAnyError = ReportChannel();   // also what the metadata left there without a question about it
+    workbench::CSession session(console);
+    Invocation invocation = { options, console, session };
+    const bool isDone = RunCommand(invocation);
+    const bool isAnyError = workbench::PassOnChannel(console);   // also what the metadata left there unasked
     return isDone && !isAnyError ? EXIT_DONE : EXIT_WRONG_DATA;
 }
 
@@ -83,10 +52,11 @@ int main(int argumentCount, char ** arguments)
 {
     KeepStandardStreams();
     std::signal(SIGPIPE, SIG_IGN);   // a reader that has gone shows as a failed write, which is reported
+    CConsole console;
     try {
-        return Run(argumentCount, arguments);
+        return Run(argumentCount, arguments, console);
     } catch (const std::exception & exception) {
-        ReportError(exception.what());
+        console.Error(exception.what());
     }
     return EXIT_WRONG_DATA;
 }

@@ -1,9 +1,7 @@
 #include "commands.h"
-#include "session.h"
 #include "showjson.h"
 #include "showtable.h"
 
-#include <workbench/errors.h>
 #include <workbench/layeredchip.h>
 #include <workbench/losses.h>
 
@@ -11,16 +9,18 @@ namespace zynconfig {
 
 using namespace workbench;
 
-bool Show(CSession & session)
+bool ShowFiles(Invocation & invocation)
 {
-    if (!session.ReadAll())
+    if (!ReadFiles(invocation))
         return false;
 
     // What there is gets shown also where something is lost.
-    bool isLost = ReportErrors(LossesOfRead(session.Chip(), session.Watch()));
-    const LayeredChip shown = LayersAndWinners(session.Chip(), session.Watch().Chip());
-    isLost = ReportErrors(shown.mHidden) || isLost;
-    return WriteOutput(session.Asked().mIsJson ? RenderJson(shown) : RenderTable(shown, StyleOfOutput())) &&
+    const CSession & session = invocation.mSession;
+    bool isLost = PassOn(LossesOfRead(session.Chip(), session.Watch()), session.Sink());
+    const LayeredChip chip = LayersAndWinners(session.Chip(), session.Watch().Chip());
+    isLost = PassOn(chip.mHidden, session.Sink()) || isLost;
+    return invocation.mConsole.Write(
+               invocation.mOptions.mIsJson ? RenderJson(chip) : RenderTable(chip, StyleOfOutput())) &&
            !isLost;
 }
 

@@ -64,7 +64,7 @@ std::vector<Span> SpansOf(const Layout & layout)
     return spans;
 }
 
-void ReportOverlap(const Span & left, const Span & right, CFindings & findings)
+void ReportOverlap(const Span & left, const Span & right, CSourceFindings & findings)
 {
     const auto [earlier, later] = std::minmax(left, right,
         [](const Span & one, const Span & other) { return one.mField->mPlace < other.mField->mPlace; });
@@ -78,7 +78,7 @@ void ReportOverlap(const Span & left, const Span & right, CFindings & findings)
 }
 
 // Each span is held against the one that reaches farthest of those before it.
-void CheckOverlaps(const std::vector<Span> & spans, CFindings & findings)
+void CheckOverlaps(const std::vector<Span> & spans, CSourceFindings & findings)
 {
     const Span * farthest = nullptr;
     for (const Span & span : spans) {
@@ -89,7 +89,7 @@ void CheckOverlaps(const std::vector<Span> & spans, CFindings & findings)
     }
 }
 
-void CheckOutside(const Layout & layout, const std::vector<Span> & spans, CFindings & findings)
+void CheckOutside(const Layout & layout, const std::vector<Span> & spans, CSourceFindings & findings)
 {
     for (const Span & span : spans) {
         const std::string name = Quoted(span.mField->mName.mValue);
@@ -120,7 +120,7 @@ std::int64_t SizeOf(const Layout & layout)
     return size;
 }
 
-void CheckBits(const Layout & layout, CFindings & findings)
+void CheckBits(const Layout & layout, CSourceFindings & findings)
 {
     const std::vector<Span> spans = SpansOf(layout);
     CheckOverlaps(spans, findings);

@@ -13,7 +13,7 @@ namespace workbench::compiler {
 std::int64_t SizeOf(const Layout & layout);
 
 /// Fields that share bits, and fields outside the struct. Fields that aren't sound are left out.
-void CheckBits(const Layout & layout, CFindings & findings);
+void CheckBits(const Layout & layout, CSourceFindings & findings);
 
 }   // namespace workbench::compiler
 

@@ -117,14 +117,14 @@ public:
         , mLeaves(LeavesOf(mRecords))
     {}
 
-    void Run(CFindings & findings)
+    void Run(CSourceFindings & findings)
     {
         for (const Pattern pattern : PATTERNS)
             Attempt(pattern, findings);
     }
 
 private:
-    void Attempt(Pattern pattern, CFindings & findings)
+    void Attempt(Pattern pattern, CSourceFindings & findings)
     {
         LeafValues values;
         values.reserve(mLeaves.size());
@@ -145,7 +145,7 @@ private:
     }
 
     void Warn(std::size_t place, const LeafValues & values, const std::string & sent, const std::string & back,
-        CFindings & findings)
+        CSourceFindings & findings)
     {
         const Field & field = *mLeaves[place];
         const bool isAlone = SurvivesAlone(place, values, sent);
@@ -185,7 +185,7 @@ private:
 
 }   // namespace
 
-void CheckCarriedBack(const Key & key, CFindings & findings)
+void CheckCarriedBack(const Key & key, CSourceFindings & findings)
 {
     CProbe(key).Run(findings);
 }

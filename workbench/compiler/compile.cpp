@@ -9,9 +9,6 @@
 
 #include <kit/targetfile/targetfile.h>
 #include <kit/text/utf8.h>
-#include <workbench/errors.h>
-
-#include <cstdio>
 
 namespace workbench::compiler {
 
@@ -27,7 +24,7 @@ void EachKey(const Source & source, ActionT action)
             action(key);
 }
 
-Defaults CheckKeys(const Source & source, CFindings & findings)
+Defaults CheckKeys(const Source & source, CSourceFindings & findings)
 {
     Defaults defaults;
     EachKey(source, [&](const Key & key) {
@@ -40,40 +37,30 @@ Defaults CheckKeys(const Source & source, CFindings & findings)
     return defaults;
 }
 
-bool WriteFile(const std::string & content, const std::string & path)
-{
-    kit::targetfile::CTargetFile file;
-    std::string reason;
-    if (file.Open(path, reason) && file.Commit(content, reason))
-        return true;
-    ReportError(Quoted(path) + " can't be written: " + reason);
-    return false;
-}
-
 }   // namespace
 
 Compilation CompileSources(const std::vector<std::string> & sources)
 {
-    CFindings findings(sources);
+    CSourceFindings findings(sources);
     Source source = ParseSources(sources, findings);
     CheckNames(source, findings);
     Settle(source, findings);
     const Defaults defaults = CheckKeys(source, findings);
 
-    Compilation compilation{ findings.Lines(), std::nullopt };
+    Compilation compilation{ findings.InOrder(), std::nullopt };
     if (findings.ErrorCount() == 0)
         compilation.mRepository = MakeRepository(source, defaults);
     return compilation;
 }
 
-bool Compile(const std::vector<std::string> & sources, const std::string & output)
+bool WriteRepository(const std::string & content, const std::string & path, IFindingSink & sink)
 {
-    const Compilation compilation = CompileSources(sources);
-    for (const std::string & finding : compilation.mFindings) {
-        const std::string line = finding + '\n';
-        static_cast<void>(std::fwrite(line.data(), 1, line.size(), stderr));   // nowhere left to complain
-    }
-    return compilation.mRepository && WriteFile(*compilation.mRepository, output);
+    kit::targetfile::CTargetFile file;
+    std::string reason;
+    if (file.Open(path, reason) && file.Commit(content, reason))
+        return true;
+    sink.OnFinding(kit::reporting::MakeFinding("not-written", Quoted(path) + " can't be written: " + reason));
+    return false;
 }
 
 }   // namespace workbench::compiler

@@ -1,7 +1,13 @@
-/// `zynconfig metadata compile`: metadata as a person writes it becomes a repository, or a list of what is wrong with it.
+/// The compiler of metadata: what a person writes becomes a repository, or a list of what is wrong with it.
+///
+///     const auto compilation = workbench::compiler::CompileSources({ "system.toml", "bt.toml" });
+///     const bool isWritten = compilation.mRepository &&
+///                            workbench::compiler::WriteRepository(*compilation.mRepository, "system.zmd", findings);
 
 #ifndef WORKBENCH_COMPILER_COMPILE_H
 #define WORKBENCH_COMPILER_COMPILE_H
+
+#include <workbench/finding.h>
 
 #include <optional>
 #include <string>
@@ -12,15 +18,14 @@ namespace workbench::compiler {
 /// What came of the sources.
 struct Compilation
 {
-    std::vector<std::string> mFindings;       // "file:line:column: error|warning: text"
+    std::vector<Finding> mFindings;           // errors and warnings, in the order of the sources
     std::optional<std::string> mRepository;   // its bytes, if there is no error among the findings
 };
 
 Compilation CompileSources(const std::vector<std::string> & sources);
 
-/// Prints the findings on standard error. False, with nothing written, if one of them is an error, and if the repository
-/// can't be written: the old one stays then.
-bool Compile(const std::vector<std::string> & sources, const std::string & output);
+/// Writes a repository whole or not at all: if it can't be, the sink gets the reason and the old file remains.
+bool WriteRepository(const std::string & content, const std::string & path, IFindingSink & sink);
 
 }   // namespace workbench::compiler
 

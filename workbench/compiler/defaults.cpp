@@ -25,7 +25,7 @@ const Value * Find(const Value::Members & members, const char * name)
 class CDefaultBuilder
 {
 public:
-    CDefaultBuilder(const Key & key, CFindings & findings)
+    CDefaultBuilder(const Key & key, CSourceFindings & findings)
         : mKey(key)
         , mFindings(findings)
         , mLeaves(findings)
@@ -153,7 +153,7 @@ private:
     }
 
     const Key & mKey;
-    CFindings & mFindings;
+    CSourceFindings & mFindings;
     CLeafReader mLeaves;
     std::vector<DefaultRow> mRows;
     std::map<std::vector<std::int64_t>, Place> mPlaces;
@@ -161,7 +161,7 @@ private:
 
 }   // namespace
 
-std::vector<DefaultRow> DefaultsOf(const Key & key, CFindings & findings)
+std::vector<DefaultRow> DefaultsOf(const Key & key, CSourceFindings & findings)
 {
     if (!key.mIsSound || !key.mDefault)
         return {};

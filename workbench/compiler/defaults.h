@@ -27,7 +27,7 @@ struct DefaultRow
 };
 
 /// One row, or of a table those that have a default, or none. Of a key that isn't sound there is nothing to say.
-std::vector<DefaultRow> DefaultsOf(const Key & key, CFindings & findings);
+std::vector<DefaultRow> DefaultsOf(const Key & key, CSourceFindings & findings);
 
 }   // namespace workbench::compiler
 

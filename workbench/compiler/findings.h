@@ -3,6 +3,8 @@
 #ifndef WORKBENCH_COMPILER_FINDINGS_H
 #define WORKBENCH_COMPILER_FINDINGS_H
 
+#include <workbench/finding.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -20,10 +22,10 @@ struct Place
     auto operator<=>(const Place &) const = default;
 };
 
-class CFindings
+class CSourceFindings
 {
 public:
-    explicit CFindings(std::vector<std::string> files);
+    explicit CSourceFindings(std::vector<std::string> files);
 
     void Error(const Place & place, const std::string & text);
 
@@ -32,23 +34,24 @@ public:
 
     std::size_t ErrorCount() const;
 
-    /// "file:line:column: error: text", in the order of files and lines; what was found twice stands once.
-    std::vector<std::string> Lines() const;
+    /// In the order of files and lines; what was found twice appears once.
+    std::vector<Finding> InOrder() const;
 
     /// "file:line:column", for a text that speaks of another place.
     std::string PlaceText(const Place & place) const;
 
 private:
-    struct Finding
+    struct PlacedText
     {
         Place mPlace;
+        VrexZynConfigTools::SeverityEnum mSeverity;
         std::string mText;
 
-        auto operator<=>(const Finding &) const = default;
+        auto operator<=>(const PlacedText &) const = default;
     };
 
     std::vector<std::string> mFiles;
-    std::vector<Finding> mFindings;
+    std::vector<PlacedText> mFindings;
     std::size_t mErrorCount = 0;
 };
 

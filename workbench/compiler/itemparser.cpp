@@ -27,7 +27,7 @@ void ParseTexts(CTableReader & reader, Item & item)
 }
 
 // What a table says of a value's shape. The layout is its own struct's, or null if it refers to a shared one.
-void ParseShape(CTableReader & reader, Item & item, std::size_t file, CFindings & findings)
+void ParseShape(CTableReader & reader, Item & item, std::size_t file, CSourceFindings & findings)
 {
     item.mPlace = reader.Begin();
     item.mName = reader.Text("name");
@@ -44,7 +44,7 @@ void ParseShape(CTableReader & reader, Item & item, std::size_t file, CFindings 
         item.mLayout = std::move(layout);
 }
 
-Field ParseField(const toml::table & table, std::size_t file, CFindings & findings)
+Field ParseField(const toml::table & table, std::size_t file, CSourceFindings & findings)
 {
     const std::size_t errors = findings.ErrorCount();
     CTableReader reader(table, file, "a field of a struct", findings);
@@ -58,7 +58,7 @@ Field ParseField(const toml::table & table, std::size_t file, CFindings & findin
     return field;
 }
 
-Index ParseIndex(const toml::table & table, std::size_t file, CFindings & findings)
+Index ParseIndex(const toml::table & table, std::size_t file, CSourceFindings & findings)
 {
     CTableReader reader(table, file, "an index", findings);
     Index index;
@@ -72,7 +72,7 @@ Index ParseIndex(const toml::table & table, std::size_t file, CFindings & findin
 
 }   // namespace
 
-Key ParseKey(const toml::table & table, std::size_t file, CFindings & findings)
+Key ParseKey(const toml::table & table, std::size_t file, CSourceFindings & findings)
 {
     const std::size_t errors = findings.ErrorCount();
     CTableReader reader(table, file, "a key", findings);
@@ -93,7 +93,7 @@ Key ParseKey(const toml::table & table, std::size_t file, CFindings & findings)
 }
 
 // As deep as toml++ itself lets tables nest.
-std::shared_ptr<Layout> ParseLayout(CTableReader & reader, std::size_t file, CFindings & findings)
+std::shared_ptr<Layout> ParseLayout(CTableReader & reader, std::size_t file, CSourceFindings & findings)
 {
     auto layout = std::make_shared<Layout>();
     layout->mPlace = reader.Begin();

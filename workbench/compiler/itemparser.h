@@ -10,10 +10,10 @@
 
 namespace workbench::compiler {
 
-Key ParseKey(const toml::table & table, std::size_t file, CFindings & findings);
+Key ParseKey(const toml::table & table, std::size_t file, CSourceFindings & findings);
 
 /// The fields of `reader`'s table that tell a layout.
-std::shared_ptr<Layout> ParseLayout(CTableReader & reader, std::size_t file, CFindings & findings);
+std::shared_ptr<Layout> ParseLayout(CTableReader & reader, std::size_t file, CSourceFindings & findings);
 
 /// Structs may stand within one another as deep as the library takes them.
 inline constexpr int MAX_DEPTH = 64;

@@ -70,7 +70,7 @@ std::string TypeText(const Item & item, std::int64_t width)
 
 }   // namespace
 
-CItemSettler::CItemSettler(Source & source, CFindings & findings)
+CItemSettler::CItemSettler(Source & source, CSourceFindings & findings)
     : mIsWhole(source.mIsWhole)
     , mFindings(findings)
 {

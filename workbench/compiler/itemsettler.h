@@ -12,7 +12,7 @@ namespace workbench::compiler {
 class CItemSettler
 {
 public:
-    CItemSettler(Source & source, CFindings & findings);
+    CItemSettler(Source & source, CSourceFindings & findings);
 
     /// All but what depends on a width. `what`: "a key".
     void Settle(Item & item, const std::string & what);
@@ -38,7 +38,7 @@ private:
     std::unordered_map<std::string, const SharedEnum *> mEnums;
     std::vector<std::string> mEnumNames;
     bool mIsWhole;
-    CFindings & mFindings;
+    CSourceFindings & mFindings;
 };
 
 }   // namespace workbench::compiler

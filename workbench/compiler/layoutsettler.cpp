@@ -26,7 +26,7 @@ std::string BitsText(std::int64_t count)
 
 }   // namespace
 
-CLayoutSettler::CLayoutSettler(Source & source, CItemSettler & items, CFindings & findings)
+CLayoutSettler::CLayoutSettler(Source & source, CItemSettler & items, CSourceFindings & findings)
     : mIsWhole(source.mIsWhole)
     , mItems(items)
     , mFindings(findings)

@@ -14,7 +14,7 @@ class CItemSettler;
 class CLayoutSettler
 {
 public:
-    CLayoutSettler(Source & source, CItemSettler & items, CFindings & findings);
+    CLayoutSettler(Source & source, CItemSettler & items, CSourceFindings & findings);
 
     /// Finds the layout of a key or field that is a struct, and settles it. `depth`: 1 for a key.
     void SettleStruct(Item & item, int depth);
@@ -36,7 +36,7 @@ private:
     std::vector<std::string> mStructNames;
     bool mIsWhole;
     CItemSettler & mItems;
-    CFindings & mFindings;
+    CSourceFindings & mFindings;
 };
 
 }   // namespace workbench::compiler

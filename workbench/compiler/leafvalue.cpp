@@ -10,7 +10,7 @@ namespace workbench::compiler {
 
 using kit::text::Quoted;
 
-CLeafReader::CLeafReader(CFindings & findings)
+CLeafReader::CLeafReader(CSourceFindings & findings)
     : mFindings(findings)
 {}
 

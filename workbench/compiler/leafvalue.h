@@ -14,7 +14,7 @@ namespace workbench::compiler {
 class CLeafReader
 {
 public:
-    explicit CLeafReader(CFindings & findings);
+    explicit CLeafReader(CSourceFindings & findings);
 
     /// One item of anything but a struct. Nothing, with a finding, if it isn't what the item takes.
     std::optional<LeafValue> Read(const Item & item, const Value & value);
@@ -32,7 +32,7 @@ private:
     std::optional<LeafValue> TextOf(const Item & item, const Value & value);
     std::optional<std::string> BytesOf(const Item & item, const Value & value);
 
-    CFindings & mFindings;
+    CSourceFindings & mFindings;
 };
 
 }   // namespace workbench::compiler

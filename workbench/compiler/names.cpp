@@ -15,7 +15,7 @@ namespace {
 constexpr char NAME_FORM[] =
     R"( is no name; expected a letter and then letters, digits, "_" or "-", as names stand in command lines)";
 
-void CheckSystem(const Source & source, CFindings & findings)
+void CheckSystem(const Source & source, CSourceFindings & findings)
 {
     if (source.mSystems.empty() && source.mIsWhole)
         findings.Error({}, "[system] is missing: one of the sources names the system");
@@ -26,7 +26,7 @@ void CheckSystem(const Source & source, CFindings & findings)
     }
 }
 
-void CheckChips(const Source & source, CFindings & findings)
+void CheckChips(const Source & source, CSourceFindings & findings)
 {
     CTaken labels(findings);
     CTaken chips(findings);
@@ -44,7 +44,7 @@ void CheckChips(const Source & source, CFindings & findings)
         findings.Error(source.mSystems.front().mPlace, "a system has one [[chip]] at least");
 }
 
-void CheckKeyNames(const Subsystem & subsystem, CFindings & findings)
+void CheckKeyNames(const Subsystem & subsystem, CSourceFindings & findings)
 {
     CTaken numbers(findings);
     CTaken names(findings);
@@ -59,7 +59,7 @@ void CheckKeyNames(const Subsystem & subsystem, CFindings & findings)
     }
 }
 
-void CheckSubsystems(const Source & source, CFindings & findings)
+void CheckSubsystems(const Source & source, CSourceFindings & findings)
 {
     CTaken names(findings);
     for (const Subsystem & subsystem : source.mSubsystems) {
@@ -82,7 +82,7 @@ void CheckSubsystems(const Source & source, CFindings & findings)
     }
 }
 
-void CheckShared(const Source & source, CFindings & findings)
+void CheckShared(const Source & source, CSourceFindings & findings)
 {
     CTaken enums(findings);
     for (const SharedEnum & shared : source.mEnums) {
@@ -113,7 +113,8 @@ void CTaken::Add(const std::string & word, const std::string & subject, const Pl
     mFindings.Error(later, subject + " stands in " + mFindings.PlaceText(earlier) + " already");
 }
 
-bool RequireText(const Placed<std::string> & text, const char * name, const char * reason, CFindings & findings)
+bool RequireText(
+    const Placed<std::string> & text, const char * name, const char * reason, CSourceFindings & findings)
 {
     if (!text.mIsGiven)
         findings.Error(text.mPlace, Quoted(name) + " is missing: " + reason);
@@ -122,7 +123,7 @@ bool RequireText(const Placed<std::string> & text, const char * name, const char
     return !text.mValue.empty();
 }
 
-bool RequireName(const Placed<std::string> & text, const char * reason, CFindings & findings)
+bool RequireName(const Placed<std::string> & text, const char * reason, CSourceFindings & findings)
 {
     if (!RequireText(text, "name", reason, findings))
         return false;
@@ -132,7 +133,7 @@ bool RequireName(const Placed<std::string> & text, const char * reason, CFinding
 }
 
 bool CheckWord(const Placed<std::string> & word, const char * name, const std::vector<std::string> & known,
-    CFindings & findings)
+    CSourceFindings & findings)
 {
     if (!word.mIsGiven || !word.mIsRead || std::find(known.begin(), known.end(), word.mValue) != known.end())
         return true;
@@ -141,7 +142,7 @@ bool CheckWord(const Placed<std::string> & word, const char * name, const std::v
     return false;
 }
 
-void CheckEnumerators(const Enumerators & enumerators, CFindings & findings)
+void CheckEnumerators(const Enumerators & enumerators, CSourceFindings & findings)
 {
     CTaken names(findings);
     CTaken numbers(findings);
@@ -157,7 +158,7 @@ void CheckEnumerators(const Enumerators & enumerators, CFindings & findings)
     }
 }
 
-void CheckNames(const Source & source, CFindings & findings)
+void CheckNames(const Source & source, CSourceFindings & findings)
 {
     CheckSystem(source, findings);
     CheckChips(source, findings);

@@ -14,7 +14,7 @@ namespace workbench::compiler {
 class CTaken
 {
 public:
-    explicit CTaken(CFindings & findings)
+    explicit CTaken(CSourceFindings & findings)
         : mFindings(findings)
     {}
 
@@ -23,25 +23,25 @@ public:
 
 private:
     std::map<std::string, Place> mPlaces;
-    CFindings & mFindings;
+    CSourceFindings & mFindings;
 };
 
 /// A finding if the text isn't there; `reason` says why it has to be.
 bool RequireText(
-    const Placed<std::string> & text, const char * name, const char * reason, CFindings & findings);
+    const Placed<std::string> & text, const char * name, const char * reason, CSourceFindings & findings);
 
 /// As above, and the text has to be a name.
-bool RequireName(const Placed<std::string> & text, const char * reason, CFindings & findings);
+bool RequireName(const Placed<std::string> & text, const char * reason, CSourceFindings & findings);
 
 /// One of the words, if it is given.
 bool CheckWord(const Placed<std::string> & word, const char * name, const std::vector<std::string> & known,
-    CFindings & findings);
+    CSourceFindings & findings);
 
 /// Names and numbers of enumerators.
-void CheckEnumerators(const Enumerators & enumerators, CFindings & findings);
+void CheckEnumerators(const Enumerators & enumerators, CSourceFindings & findings);
 
 /// The system, its chips and subsystems, the numbers and names of keys, shared enumerations and structs.
-void CheckNames(const Source & source, CFindings & findings);
+void CheckNames(const Source & source, CSourceFindings & findings);
 
 }   // namespace workbench::compiler
 

@@ -19,7 +19,7 @@ constexpr char SEVERAL[] = "several";
 class CFileParser
 {
 public:
-    CFileParser(Source & source, std::size_t file, CFindings & findings)
+    CFileParser(Source & source, std::size_t file, CSourceFindings & findings)
         : mSource(source)
         , mFile(file)
         , mFindings(findings)
@@ -129,10 +129,10 @@ private:
 
     Source & mSource;
     std::size_t mFile;
-    CFindings & mFindings;
+    CSourceFindings & mFindings;
 };
 
-void ParseFile(const std::string & path, std::size_t file, Source & source, CFindings & findings)
+void ParseFile(const std::string & path, std::size_t file, Source & source, CSourceFindings & findings)
 {
     std::string error;
     const auto text = kit::tomlsyntax::ReadFile(path, error);
@@ -152,7 +152,7 @@ void ParseFile(const std::string & path, std::size_t file, Source & source, CFin
 
 }   // namespace
 
-Source ParseSources(const std::vector<std::string> & paths, CFindings & findings)
+Source ParseSources(const std::vector<std::string> & paths, CSourceFindings & findings)
 {
     Source source;
     for (std::size_t file = 0; file < paths.size(); ++file)

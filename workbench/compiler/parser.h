@@ -12,7 +12,7 @@
 namespace workbench::compiler {
 
 /// All files together make one system. What isn't understood is a finding and left out.
-Source ParseSources(const std::vector<std::string> & paths, CFindings & findings);
+Source ParseSources(const std::vector<std::string> & paths, CSourceFindings & findings);
 
 }   // namespace workbench::compiler
 

@@ -21,7 +21,7 @@ constexpr NumberRange KEY_ITEMS = { 0, 65'536 };          // as many as a reader
 class CKeySettler
 {
 public:
-    CKeySettler(CLayoutSettler & layouts, CItemSettler & items, CFindings & findings)
+    CKeySettler(CLayoutSettler & layouts, CItemSettler & items, CSourceFindings & findings)
         : mLayouts(layouts)
         , mItems(items)
         , mFindings(findings)
@@ -87,12 +87,12 @@ private:
 
     CLayoutSettler & mLayouts;
     CItemSettler & mItems;
-    CFindings & mFindings;
+    CSourceFindings & mFindings;
 };
 
 }   // namespace
 
-void Settle(Source & source, CFindings & findings)
+void Settle(Source & source, CSourceFindings & findings)
 {
     CItemSettler items(source, findings);
     CLayoutSettler layouts(source, items, findings);

@@ -8,7 +8,7 @@
 
 namespace workbench::compiler {
 
-void Settle(Source & source, CFindings & findings);
+void Settle(Source & source, CSourceFindings & findings);
 
 }   // namespace workbench::compiler
 

@@ -21,7 +21,7 @@ constexpr NumberRange WORD_RANGE = { 0, 65'535 };
 class CStructReader
 {
 public:
-    CStructReader(const CStructRecords & records, CFindings & findings)
+    CStructReader(const CStructRecords & records, CSourceFindings & findings)
         : mRecords(records)
         , mFindings(findings)
         , mLeaves(findings)
@@ -112,14 +112,14 @@ private:
     }
 
     const CStructRecords & mRecords;
-    CFindings & mFindings;
+    CSourceFindings & mFindings;
     CLeafReader mLeaves;
     LeafValues mValues;
 };
 
 }   // namespace
 
-std::optional<std::string> PackValue(const Key & key, const Value & value, CFindings & findings)
+std::optional<std::string> PackValue(const Key & key, const Value & value, CSourceFindings & findings)
 {
     const CStructRecords records(key);
     const std::size_t errors = findings.ErrorCount();

@@ -11,7 +11,7 @@
 namespace workbench::compiler {
 
 /// The packed struct. Nothing, with findings, if the value doesn't fit the key's struct.
-std::optional<std::string> PackValue(const Key & key, const Value & value, CFindings & findings);
+std::optional<std::string> PackValue(const Key & key, const Value & value, CSourceFindings & findings);
 
 }   // namespace workbench::compiler
 

@@ -22,7 +22,8 @@ Place PlaceAt(std::size_t file, const toml::source_position & position)
 
 }   // namespace
 
-CTableReader::CTableReader(const toml::table & table, std::size_t file, std::string what, CFindings & findings)
+CTableReader::CTableReader(
+    const toml::table & table, std::size_t file, std::string what, CSourceFindings & findings)
     : mTable(table)
     , mFile(file)
     , mWhat(std::move(what))

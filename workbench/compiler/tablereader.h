@@ -19,7 +19,7 @@ class CTableReader
 {
 public:
     /// `what`: the table in words, such as "a key".
-    CTableReader(const toml::table & table, std::size_t file, std::string what, CFindings & findings);
+    CTableReader(const toml::table & table, std::size_t file, std::string what, CSourceFindings & findings);
 
     Place Begin() const;
     Place PlaceOf(const toml::node & node) const;
@@ -60,7 +60,7 @@ private:
     const toml::table & mTable;
     std::size_t mFile;
     std::string mWhat;
-    CFindings & mFindings;
+    CSourceFindings & mFindings;
     std::vector<std::string> mKnown;
 };
 

@@ -1,7 +1,7 @@
 /// The compiled samples, as the plug-in that reads a repository tells them.
 
-#include <workbench/compiler/compile.h>
 #include <toolprocess.h>
+#include <workbench/compiler/compile.h>
 
 #include <configtools/helper.h>
 #include <configtools/metadata.h>
@@ -43,7 +43,10 @@ protected:
     static void SetUpTestSuite()
     {
         sFolder = std::make_unique<CTempFolder>();
-        ASSERT_TRUE(Compile(SampleFiles("/metadata"), Repository()));
+        const Compilation compilation = CompileSources(SampleFiles("/metadata"));
+        ASSERT_TRUE(compilation.mRepository);
+        CFindingList findings;
+        ASSERT_TRUE(WriteRepository(*compilation.mRepository, Repository(), findings));
         CMetadataProviderFactory::Ref().Load(PLUGIN_DIR);
         sProvider.reset(CMetadataProviderFactory::Ref().Create("sqlitemetadata", Repository()));
         ASSERT_NE(sProvider, nullptr);

@@ -3,8 +3,8 @@
 #ifndef TESTS_ZYNCONFIG_METADATA_SOURCETEXT_H
 #define TESTS_ZYNCONFIG_METADATA_SOURCETEXT_H
 
-#include <workbench/compiler/compile.h>
 #include <toolprocess.h>
+#include <workbench/compiler/compile.h>
 
 #include <string>
 #include <vector>
@@ -29,7 +29,12 @@ inline std::vector<std::string> FindingsOf(const std::vector<std::string> & sour
     std::vector<std::string> paths;
     for (const std::string & source : sources)
         paths.push_back(folder.File(std::to_string(paths.size() + 1) + ".toml", source));
-    std::vector<std::string> findings = CompileSources(paths).mFindings;
+    std::vector<std::string> findings;
+    for (const Finding & finding : CompileSources(paths).mFindings)
+        findings.push_back(
+            kit::reporting::PlaceOf(finding) +
+            (finding.mSeverity == VrexZynConfigTools::SEVERITY_ERROR ? ": error: " : ": warning: ") +
+            finding.mText);
     const std::string prefix = folder.Path().string() + '/';
     for (std::string & finding : findings)
         for (std::size_t at = finding.find(prefix); at != std::string::npos; at = finding.find(prefix))
