@@ -127,7 +127,7 @@ public:
     std::vector<ISubsystemInfo *> & Subsystems(IConfigContext & /*context*/) override { return mSubsystems; }
     std::vector<IChipInfo *> & Chips(IConfigContext & context) override
     {
-        static const std::vector<IChipInfo *> NONE;
+        static std::vector<IChipInfo *> NONE;
         return KnowsChip(context) && !Fails() ? mChipList : NONE;
     }
 
