@@ -1,4 +1,4 @@
-/// What was worked out from records and details and is kept, and how it is known to hold still. Internal.
+/// How it is known that something worked out from records and details still holds. Internal.
 
 #ifndef CONFIGTOOLS_METADATA_CHANGES_H
 #define CONFIGTOOLS_METADATA_CHANGES_H
@@ -8,19 +8,9 @@
 
 namespace VrexZynConfigTools {
 
-/// Something worked out from a detail and owned by it. The detail deletes it without knowing what it is.
-class CKeptWork
-{
-public:
-    CKeptWork() = default;
-    CKeptWork(const CKeptWork &) = delete;
-    CKeptWork & operator=(const CKeptWork &) = delete;
-    virtual ~CKeptWork() = default;
-};
-
-/// How often something marked has changed or ended, in the whole process. Relaxed: whoever changes a record has to
-/// keep other threads from reading it, and so orders this too. It begins above 0, which stands for never.
-extern constinit std::atomic<std::uint64_t> metadataChanges;
+/// How often a record or a detail has changed or ended, in the whole process. It begins above 0, which stands for never.
+/// Atomic, so that no two changes share a number even if they are made on several threads.
+extern std::atomic<std::uint64_t> metadataChanges;
 
 }   // namespace VrexZynConfigTools
 

@@ -1,5 +1,6 @@
 #include <configtools/metadata.h>
 
+#include "changes.h"
 #include "cutwalks.h"
 #include <messages/trace.h>
 #include <misc/keepforever.h>
@@ -8,6 +9,8 @@
 #include <tuple>
 
 namespace VrexZynConfigTools {
+
+constinit std::atomic<std::uint64_t> metadataChanges = 1;
 
 namespace {
 
@@ -79,7 +82,7 @@ CMetadata & CMetadata::operator=(const CMetadata & other)
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadata::operator=");
 
-    mMark.Changed();
+    ++metadataChanges;
     // What this record held is forgotten without being freed, intended: another copy may share it.
     KeepForEver(mDetails);
     for (const CTableIndex * const index : mTableIndices)
@@ -96,6 +99,7 @@ CMetadata::~CMetadata()
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadata::~CMetadata");
 
+    ++metadataChanges;
     delete mDetails;
     for (const CTableIndex * const index : mTableIndices)
         delete index;
@@ -315,7 +319,7 @@ void CMetadata::SetDetails(IMetadataDetail & details)
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadata::SetDetails");
 
-    mMark.Changed();
+    ++metadataChanges;
     if (mDetails != &details)
         KeepForEver(mDetails);   // dropped without being freed, intended
     mDetails = &details;

@@ -57,10 +57,9 @@ private:
     StructWalk & mWalk;
 };
 
-// Finished records may be read by several threads at once, so each has walks of its own.
-thread_local StructWalk inspectWalk = {};
-thread_local StructWalk printWalk = {};
-thread_local StructWalk orderWalk = {};
+StructWalk inspectWalk = {};
+StructWalk printWalk = {};
+StructWalk orderWalk = {};
 
 bool IsStruct(const CStructField & field)
 {
@@ -154,7 +153,7 @@ CMetadataDetailEnum & CMetadataDetailEnum::operator=(const CMetadataDetailEnum &
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadataDetailEnum::operator=");
 
-    mMark.Changed();
+    ++metadataChanges;
     CMetadataDetailSimple::operator=(other);
     mEnums = other.mEnums;
     return *this;
@@ -181,7 +180,7 @@ void CMetadataDetailEnum::AddEnum(const std::string & name, const std::string & 
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadataDetailEnum::AddEnum");
 
-    mMark.Changed();
+    ++metadataChanges;
     mEnums[name] = stringutil::DecimalToInt(value);
 }
 
@@ -192,7 +191,7 @@ int CMetadataDetailEnum::EnumValue(const std::string & name)
 
     const auto [found, isAdded] = mEnums.try_emplace(name, 0);   // adds an unknown name, intended
     if (isAdded)
-        mMark.Changed();
+        ++metadataChanges;
     return result = found->second;
 }
 
@@ -222,7 +221,7 @@ CMetadataDetailStruct::~CMetadataDetailStruct()
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadataDetailStruct::~CMetadataDetailStruct");
 
-    delete mPlan.load(std::memory_order_relaxed);
+    ++metadataChanges;
     for (const CStructField * const field : mFields)
         delete field;
 }
@@ -276,7 +275,7 @@ void CMetadataDetailStruct::AddField(
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadataDetailStruct::AddField");
 
-    mMark.Changed();
+    ++metadataChanges;
     auto field = std::make_unique<const CStructField>(metadata, elemLsbBitPosition, elemBitWidth);
     mFields.push_back(field.get());
     static_cast<void>(field.release());   // mFields owns it now
@@ -324,7 +323,7 @@ void CMetadataDetailStruct::SortByAscendingBitPosition()
 {
     ZYN_SENTRY("VrexZynConfigTools::CMetadataDetailStruct::SortByAscendingBitPosition");
 
-    mMark.Changed();
+    ++metadataChanges;
     std::stable_sort(mFields.begin(), mFields.end(), [](const CStructField * left, const CStructField * right) {
         return left->ElemLsbBitPos() < right->ElemLsbBitPos();
     });

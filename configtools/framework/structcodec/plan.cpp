@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <mutex>
 #include <typeinfo>
 
 namespace VrexZynConfigTools {
@@ -22,9 +21,6 @@ constexpr std::uint64_t MAX_PLANNED_FIELDS = 1U << 14;
 /// Sums stay here once they have come so far, so that they don't wrap.
 constexpr std::uint64_t TOO_MANY_PAYLOADS = std::uint64_t{ 1 } << 31;
 static_assert(TOO_MANY_PAYLOADS > MaxPayloads(MAX_STRUCT_BITS));
-
-/// One for all details: plans are made seldom. No code of others runs while it is held.
-constinit std::mutex renewal;
 
 template <typename ExactT, typename BaseT>
 ExactT * Exactly(BaseT * object)
@@ -53,25 +49,11 @@ std::uint64_t MaskOfWords(std::uint32_t size)
 
 }   // namespace
 
-const CStructPlan * CStructPlan::Renewed(CMetadataDetailStruct & detail)
+void CStructPlan::Renew(CMetadataDetailStruct & detail)
 {
-    const std::lock_guard guard(renewal);
-    const std::uint64_t changes = metadataChanges.load(std::memory_order_relaxed);
-    const auto * const former = static_cast<const CStructPlan *>(detail.mPlan.load(std::memory_order_relaxed));
-    if (detail.mPlanChanges.load(std::memory_order_relaxed) == changes)
-        return former;   // another thread came first
-
-    std::unique_ptr<const CStructPlan> plan(new CStructPlan(detail));
-    if (former != nullptr && former->Equals(*plan)) {
-        // What changed was something else, so other threads may be following this one: it stays.
-        plan.reset();
-    } else {
-        // Whoever changed this struct's own metadata had to keep all others from it: nobody follows the former plan.
-        detail.mPlan.store(plan.release(), std::memory_order_relaxed);
-        delete former;
-    }
-    detail.mPlanChanges.store(changes, std::memory_order_release);
-    return static_cast<const CStructPlan *>(detail.mPlan.load(std::memory_order_relaxed));
+    const std::uint64_t changes = metadataChanges;
+    detail.mPlan.reset(new CStructPlan(detail));
+    detail.mPlanChanges = changes;
 }
 
 CStructPlan::CStructPlan(CMetadataDetailStruct & detail)
@@ -88,18 +70,11 @@ CStructPlan::CStructPlan(CMetadataDetailStruct & detail)
     }
 }
 
-bool CStructPlan::Equals(const CStructPlan & other) const
-{
-    return mIsLiteral == other.mIsLiteral && mBits == other.mBits && mLayouts == other.mLayouts &&
-           mNames == other.mNames;
-}
-
 bool CStructPlan::PlanLayout(
     CMetadataDetailStruct & detail, std::uint32_t depth, PlanSize & size, std::uint32_t & index)
 {
     if (Exactly<CMetadataDetailStruct>(&detail) == nullptr || depth > MAX_NESTING)
         return false;
-    detail.mMark.Mark();
     size.mFields += detail.mFields.size();
     if (size.mFields > MAX_PLANNED_FIELDS)
         return false;
@@ -119,7 +94,6 @@ bool CStructPlan::PlanField(const CStructField & field, std::uint32_t depth, Pla
     const auto * const record = Exactly<const CMetadata>(field.Metadata());
     if (record == nullptr)
         return false;
-    record->mMark.Mark();
     plan.mRecord = record;
     plan.mPosition = static_cast<std::uint32_t>(field.ElemLsbBitPos());
     plan.mWidth = static_cast<std::uint32_t>(std::max(field.ElemBitWidth(), 0));
@@ -170,15 +144,14 @@ bool CStructPlan::PlanStruct(const CMetadata & record, std::uint32_t depth, Plan
 
 bool CStructPlan::PlanNames(const CMetadata & record, FieldPlan & plan)
 {
-    const auto * const detail = Exactly<const CMetadataDetailEnum>(record.Details());
+    auto * const detail = Exactly<CMetadataDetailEnum>(record.Details());
     if (detail == nullptr)
         return false;
-    detail->mMark.Mark();
     plan.mKind = FieldKind::ENUM;
     plan.mInner = static_cast<std::uint32_t>(mNames.size());
     NamesPlan names;
-    names.reserve(detail->mEnums.size());
-    for (const auto & [name, number] : detail->mEnums)
+    names.reserve(detail->GetEnums()->size());
+    for (const auto & [name, number] : *detail->GetEnums())
         names.emplace_back(number, &name);
     std::stable_sort(names.begin(), names.end(),
         [](const auto & left, const auto & right) { return left.first < right.first; });

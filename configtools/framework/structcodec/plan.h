@@ -47,8 +47,6 @@ struct FieldPlan
     std::uint64_t mWordsMask = 0;           // of four words those that a number reaches into
     std::uint64_t mMask = 0;                // its own bits
     const IMetadata * mRecord = nullptr;    // the provider's
-
-    bool operator==(const FieldPlan &) const = default;
 };
 
 /// The fields of one struct, in the order of their payloads.
@@ -56,8 +54,6 @@ struct LayoutPlan
 {
     bool mIsLittleEndian = false;
     std::vector<FieldPlan> mFields;
-
-    bool operator==(const LayoutPlan &) const = default;
 };
 
 /// The names of an enumeration by number and name, ascending. The texts belong to the detail.
@@ -72,19 +68,16 @@ struct PlanSize
 
 }   // namespace structcodec
 
-class CStructPlan : public CKeptWork
+class CStructPlan
 {
 public:
     /// The plan of a struct, as its metadata is now; null for the literal road. It stays the detail's, and holds until
-    /// the metadata changes. Several threads may ask at once.
+    /// the metadata changes.
     static const CStructPlan * Of(CMetadataDetailStruct & detail)
     {
-        const std::uint64_t changes = metadataChanges.load(std::memory_order_relaxed);
-        const bool holds = detail.mPlanChanges.load(std::memory_order_acquire) == changes;
-        const auto * const plan =
-            holds ? static_cast<const CStructPlan *>(detail.mPlan.load(std::memory_order_relaxed))
-                  : Renewed(detail);
-        return plan->mIsLiteral ? nullptr : plan;
+        if (detail.mPlanChanges != metadataChanges)
+            Renew(detail);
+        return detail.mPlan->mIsLiteral ? nullptr : detail.mPlan.get();
     }
 
     std::uint64_t Bits() const { return mBits; }
@@ -98,10 +91,9 @@ public:
     const std::string * NameOf(const structcodec::FieldPlan & field, std::int32_t number) const;
 
 private:
-    static const CStructPlan * Renewed(CMetadataDetailStruct & detail);
+    static void Renew(CMetadataDetailStruct & detail);
 
     explicit CStructPlan(CMetadataDetailStruct & detail);
-    bool Equals(const CStructPlan & other) const;
 
     // Each is false if the literal road has to be taken.
     bool PlanLayout(CMetadataDetailStruct & detail, std::uint32_t depth, structcodec::PlanSize & size,

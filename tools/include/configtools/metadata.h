@@ -4,7 +4,11 @@
 ///
 /// A metadata plug-in builds the records, which live as long as their provider; elements and payloads point at them.
 /// A record owns its detail and its table indices; a detail points back at its record. No operation fails: what is
-/// absent is a null pointer or an empty text. Finished records are only read.
+/// absent is a null pointer or an empty text.
+///
+/// One thread at a time: the library takes no lock and has no thread-local state. An object isn't shared between
+/// threads, and reading a record counts as using it: a struct's detail stores what the codec worked out from it. Separate
+/// chips may be used on separate threads, one after the other.
 ///
 /// Bad metadata ends a walk early with an error in `GROUP_FRAMEWORK`, and with what was opened closed: structs nested
 /// more than 64 deep, such as a struct that holds itself, and more than 65536 structs within one.
@@ -15,49 +19,19 @@
 #include <configtools/export.h>
 #include <configtools/types.h>
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace VrexZynConfigTools {
 
-class CKeptWork;
 class CStructField;
 class CStructPlan;
 class CTableIndex;
 class IMetadata;
-
-/// For the library's own use. A record or detail is marked when something is worked out from it and kept; a change or
-/// the end of what is marked makes all that is kept be looked at again. A copy isn't marked, whatever its source is.
-class CONFIGTOOLS_EXPORT CChangeMark
-{
-public:
-    CChangeMark() noexcept = default;
-    CChangeMark(const CChangeMark & /*other*/) noexcept {}
-    CChangeMark & operator=(const CChangeMark & /*other*/) noexcept
-    {
-        Changed();
-        return *this;
-    }
-    ~CChangeMark() { Changed(); }
-
-    /// Finished records may be read, and so marked, by several threads at once.
-    void Mark() const noexcept { mIsMarked.store(true, std::memory_order_relaxed); }
-
-    void Changed() noexcept
-    {
-        if (mIsMarked.load(std::memory_order_relaxed))
-            CountChange();
-    }
-
-private:
-    void CountChange() noexcept;
-
-    mutable std::atomic<bool> mIsMarked{ false };
-};
 
 /// Follows the structure of a key while it is inspected.
 class CONFIGTOOLS_EXPORT IMetadataLayoutInspectorObserver
@@ -220,8 +194,6 @@ public:
     void AddTableIndex(CTableIndex * index);
 
 private:
-    friend class CStructPlan;
-
     void InspectIndices(IMetadataInspectorObserver & observer) const;
     void InspectDetails(IMetadataInspectorObserver & observer) const;
     void Swap(CMetadata & other) noexcept;
@@ -253,7 +225,6 @@ private:
     MetadataTypeEnum mMetadataType;
     IMetadataDetail * mDetails;                 // owned, may be null
     std::vector<CTableIndex *> mTableIndices;   // owned
-    CChangeMark mMark;
 };
 
 /// The record that stands for no metadata: `IsValid` is false and `Inspect` calls nothing.
@@ -310,10 +281,7 @@ public:
     std::string EnumName(std::int32_t value) const;
 
 private:
-    friend class CStructPlan;
-
     std::map<std::string, int> mEnums;
-    CChangeMark mMark;
 };
 
 /// A struct of bit fields, with the layout of its packed form.
@@ -359,9 +327,8 @@ private:
     std::vector<const CStructField *> mFields;   // owned
     bool mIsLittleEndian;
     bool mIsOctetsInBin;
-    CChangeMark mMark;
-    std::atomic<const CKeptWork *> mPlan{ nullptr };   // owned: how the codec packs this struct
-    std::atomic<std::uint64_t> mPlanChanges{ 0 };      // the count of changes up to which the plan holds
+    std::shared_ptr<const CStructPlan> mPlan;   // how the codec packs this struct; null before the first time
+    std::uint64_t mPlanChanges = 0;             // valid while the metadata's count of changes is this one
 };
 
 /// One bit field of a struct.
