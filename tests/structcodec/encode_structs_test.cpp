@@ -257,8 +257,22 @@ TEST_F(EncodeExample, is_traced_with_its_words_and_its_size)
     codec.Encode(*values, layout.Detail());
     const auto lines = debug.TextsOf("VrexZynConfigTools::CStructCodec::Encode", 1);
     ASSERT_EQ(lines.size(), 1U);
-    EXPECT_THAT(
-        lines.front(), AllOf(HasSubstr("ef8d 7fbe 5678 1234 ccdd aabb 0000"), HasSubstr("Total bitsize=104")));
+    EXPECT_THAT(lines.front(),
+        AllOf(HasSubstr("0xef8d 0x7fbe 0x5678 0x1234 0xccdd 0xaabb 0x0000"), HasSubstr("Total bitsize=104")));
+}
+
+TEST_F(EncodeExample, traces_each_field_with_the_words_that_it_was_packed_into)
+{
+    Layout layout = LittleExample(false);
+    CStructCodec codec;
+    const auto values = LittleValues();
+    DebugCapture debug;
+    codec.Encode(*values, layout.Detail());
+    EXPECT_THAT(debug.TextsOf("VrexZynConfigTools::CStructCodec::EncodeField", 1),
+        testing::ElementsAre("position=0, size=3, words: 0x0005 ", "position=3, size=5, words: 0x008d ",
+            "position=8, size=16, words: 0xef8d 0x00be ", "position=24, size=8, words: 0x7fbe ",
+            "position=32, size=32, words: 0x5678 0x1234 ",
+            "position=64, size=40, words: 0xccdd 0xaabb 0x0000 "));
 }
 
 }   // namespace

@@ -115,6 +115,26 @@ TEST_F(HostileLayout, a_struct_of_one_byte_doesnt_become_millions_of_values)
     EXPECT_LT(CountOf(*decoded.mOut), 100000U);
 }
 
+/// Structs within structs take payloads too, but no more values than there are bits.
+TEST_F(HostileLayout, many_small_structs_that_are_nested_deep_are_unpacked_whole)
+{
+    constexpr int STRUCTS = 20'000;
+    constexpr std::size_t DEPTH = 8;
+    Layout inner(LITTLE_ENDIAN_TARGET);
+    inner.Field(0, 1, ANumber("uint8"));
+    for (std::size_t depth = 1; depth < DEPTH; ++depth) {
+        Layout outer(LITTLE_ENDIAN_TARGET, false, depth == DEPTH - 1 ? ARecord(0).Array() : ARecord(0));
+        outer.Struct(0, 1, std::move(inner));
+        inner = std::move(outer);
+    }
+    Layout layout(LITTLE_ENDIAN_TARGET);
+    layout.Struct(0, STRUCTS, std::move(inner));
+    const Decoded decoded = Decode(layout, Words(STRUCTS / 16, 0xFFFF));
+    EXPECT_TRUE(decoded.mResult);
+    EXPECT_EQ(mErrors.Text(), "");
+    EXPECT_EQ(CountOf(*decoded.mOut), STRUCTS * (DEPTH + 1) + 1);
+}
+
 TEST_F(HostileLayout, a_large_array_comes_whole)
 {
     constexpr int BITS = 1 << 22;

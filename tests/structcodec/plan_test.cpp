@@ -1,7 +1,6 @@
 #include "layouts.h"
 
 #include <configtools/framework/structcodec/plan.h>
-#include <configtools/framework/structcodec/walk.h>
 #include <configtools/keywords.h>
 #include <support/debug_capture.h>
 #include <support/framework_errors.h>
@@ -22,9 +21,14 @@ namespace VrexZynConfigTools {
 namespace {
 
 using namespace support;
-const CStructPlan * PlanOf(Layout & layout)
+bool IsStored(CMetadataDetailStruct & detail)
 {
-    return CStructPlan::Of(layout.Detail());
+    CStructPlan::Of(detail);
+    return CStructPlan::Stored(detail) != nullptr;
+}
+bool IsStored(Layout & layout)
+{
+    return IsStored(layout.Detail());
 }
 
 ARecord AByte(const std::string & format = "")
@@ -36,19 +40,30 @@ TEST(StructPlan, is_made_once)
 {
     Layout layout(LITTLE_ENDIAN_TARGET);
     layout.Field(0, 8, AByte());
-    const CStructPlan * const plan = PlanOf(layout);
-    ASSERT_NE(plan, nullptr);
-    EXPECT_EQ(plan->Bits(), 8U);
-    EXPECT_EQ(PlanOf(layout), plan);
+    const auto plan = CStructPlan::Of(layout.Detail());
+    EXPECT_EQ(plan->Top().mBits, 8U);
+    EXPECT_EQ(CStructPlan::Of(layout.Detail()), plan);
+    EXPECT_EQ(CStructPlan::Stored(layout.Detail()), plan.get());
 }
 
-TEST(StructPlan, isnt_followed_while_debug_output_is_on)
+TEST(StructPlan, is_followed_while_debug_output_is_on_too)
 {
     Layout layout(LITTLE_ENDIAN_TARGET);
     layout.Field(0, 8, AByte());
-    EXPECT_NE(structcodec::PlanFor(layout.Detail()), nullptr);
+    const auto plan = CStructPlan::Of(layout.Detail());
     const DebugCapture capture;
-    EXPECT_EQ(structcodec::PlanFor(layout.Detail()), nullptr);
+    EXPECT_EQ(DecodedText(layout, { 1 }), "9:(4:1)");
+    EXPECT_EQ(CStructPlan::Of(layout.Detail()), plan);
+}
+
+TEST(StructPlan, has_each_struct_once_even_if_it_holds_itself)
+{
+    Layout layout(LITTLE_ENDIAN_TARGET);
+    layout.Detail().AddField("", &layout.Record(), 0, 8);
+    layout.Detail().AddField("", &layout.Record(), 8, 8);
+    const auto plan = CStructPlan::Of(layout.Detail());
+    EXPECT_EQ(plan->Inner(plan->Top().mFields[0]), &plan->Top());
+    EXPECT_EQ(plan->Inner(plan->Top().mFields[1]), &plan->Top());
 }
 
 TEST(StructPlan, sees_an_added_field)
@@ -167,7 +182,7 @@ TEST_F(StructPlanOfAnEnum, gives_the_last_of_several_names)
     Names().AddEnum("a_first", "7");
     Names().AddEnum("z_last", "7");
     Names().AddEnum("minus", "-1");
-    ASSERT_NE(PlanOf(mLayout), nullptr);
+    ASSERT_TRUE(IsStored(mLayout));
     EXPECT_EQ(NameOf(7), "9:(10:z_last)");
 }
 
@@ -239,12 +254,12 @@ public:
     std::string mType = "uint8";
 };
 
-TEST(StructPlan, isnt_made_for_a_foreign_record)
+TEST(StructPlan, isnt_stored_for_a_foreign_record)
 {
     ChangingRecord record(*AByte().Build());
     Layout layout(LITTLE_ENDIAN_TARGET);
     layout.Detail().AddField("", &record, 0, 8);
-    EXPECT_EQ(PlanOf(layout), nullptr);
+    EXPECT_FALSE(IsStored(layout));
     EXPECT_EQ(DecodedText(layout, { 1 }), "9:(4:1)");
     record.mType = "int16";
     EXPECT_EQ(DecodedText(layout, { 1 }), "9:(1:1)");
@@ -258,19 +273,19 @@ public:
     const std::vector<const CStructField *> * mFields = CMetadataDetailStruct::GetStructFields();
 };
 
-TEST(StructPlan, isnt_made_for_a_foreign_struct)
+TEST(StructPlan, isnt_stored_for_a_foreign_struct)
 {
     Layout layout(LITTLE_ENDIAN_TARGET);
     layout.Field(0, 8, AByte());
     ForeignStruct detail(layout.Record(), true, false);
     detail.mFields = layout.Detail().GetStructFields();
-    EXPECT_EQ(CStructPlan::Of(detail), nullptr);
+    EXPECT_FALSE(IsStored(detail));
     CStructCodec codec;
     codec.Encode(*ATree(new CUint8Payload(5)), detail);
     EXPECT_THAT(WordsOf(codec), testing::ElementsAre(5));
 }
 
-TEST(StructPlan, isnt_made_around_a_foreign_struct)
+TEST(StructPlan, isnt_stored_around_a_foreign_struct)
 {
     Layout nested(LITTLE_ENDIAN_TARGET);
     nested.Field(0, 8, AByte()).Field(8, 8, AByte());
@@ -279,45 +294,8 @@ TEST(StructPlan, isnt_made_around_a_foreign_struct)
     nested.Record().SetDetails(*detail);
     Layout layout(LITTLE_ENDIAN_TARGET);
     layout.Struct(0, 16, std::move(nested));
-    EXPECT_EQ(PlanOf(layout), nullptr);
+    EXPECT_FALSE(IsStored(layout));
     EXPECT_EQ(DecodedText(layout, { 0x0201 }), "9:(9:(4:2))");
-}
-
-class ForeignEnum : public CMetadataDetailEnum
-{
-public:
-    using CMetadataDetailEnum::CMetadataDetailEnum;
-};
-
-TEST(StructPlan, isnt_made_for_a_foreign_enumeration)
-{
-    Layout layout(LITTLE_ENDIAN_TARGET);
-    layout.Enum(0, 8, {});
-    auto * const detail = new ForeignEnum(layout.FieldRecord(0));
-    detail->AddEnum("one", "1");
-    layout.FieldRecord(0).SetDetails(*detail);
-    EXPECT_EQ(PlanOf(layout), nullptr);
-    EXPECT_EQ(DecodedText(layout, { 1 }), "9:(10:one)");
-}
-
-TEST(StructPlan, isnt_made_where_something_is_wrong)
-{
-    Layout without(LITTLE_ENDIAN_TARGET);
-    without.Detail().AddField("", nullptr, 0, 8);
-    EXPECT_EQ(PlanOf(without), nullptr);
-
-    Layout itself(LITTLE_ENDIAN_TARGET);
-    itself.Detail().AddField("", &itself.Record(), 0, 8);
-    itself.Detail().AddField("", &itself.Record(), 0, 8);
-    EXPECT_EQ(PlanOf(itself), nullptr);
-
-    Layout nameless(LITTLE_ENDIAN_TARGET);
-    nameless.Field(0, 8, AByte().Shaped(METADATA_ENUM));
-    EXPECT_EQ(PlanOf(nameless), nullptr);
-
-    Layout large(LITTLE_ENDIAN_TARGET);
-    large.Field(1 << 27, 1, AByte());
-    EXPECT_EQ(PlanOf(large), nullptr);
 }
 
 /// Counts one up in what it writes.
@@ -336,7 +314,7 @@ TEST(StructPlan, asks_a_foreign_payload)
 {
     Layout layout(LITTLE_ENDIAN_TARGET);
     layout.Field(0, 8, AByte()).Field(8, 8, AByte());
-    ASSERT_NE(PlanOf(layout), nullptr);
+    ASSERT_TRUE(IsStored(layout));
     EXPECT_EQ(Encoded(layout, ATree(new CUint8Payload(1), new ForeignNumber(2))), (Words{ 0x0301 }));
 }
 

@@ -1,20 +1,18 @@
 #include <configtools/structcodec.h>
 
-#include "../elements/payloadmemory.h"
 #include "plan.h"
-#include "walk.h"
+#include "words.h"
 #include <configtools/keywords.h>
 #include <configtools/metadata.h>
+#include <configtools/numbertypes.h>
 #include <configtools/readerwriter.h>
 #include <messages/trace.h>
 #include <misc/keepforever.h>
 #include <misc/stringutil.h>
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <new>
-#include <string_view>
 
 namespace VrexZynConfigTools {
 
@@ -26,42 +24,6 @@ namespace {
 constexpr GroupEnum MESSAGE_GROUP = GROUP_FRAMEWORK;
 constexpr std::uint32_t DECISIONS = 3;
 
-struct IntegerType
-{
-    std::string_view mKeyword;
-    std::uint32_t mBits;
-};
-constexpr std::array INTEGER_TYPES = { IntegerType{ keywords::TYPE_UINT8, 8 },
-    IntegerType{ keywords::TYPE_INT8, 8 }, IntegerType{ keywords::TYPE_UINT16, 16 },
-    IntegerType{ keywords::TYPE_INT16, 16 }, IntegerType{ keywords::TYPE_UINT32, 32 },
-    IntegerType{ keywords::TYPE_INT32, 32 }, IntegerType{ keywords::TYPE_UINT64, 64 },
-    IntegerType{ keywords::TYPE_INT64, 64 } };
-
-/// Indexed by the number of bytes that a field needs, less one.
-using TypesByBytes = std::array<const char *, 8>;
-constexpr TypesByBytes SIGNED_TYPES = { keywords::TYPE_INT8, keywords::TYPE_INT16, keywords::TYPE_INT32,
-    keywords::TYPE_INT32, keywords::TYPE_INT64, keywords::TYPE_INT64, keywords::TYPE_INT64,
-    keywords::TYPE_INT64 };
-constexpr TypesByBytes UNSIGNED_TYPES = { keywords::TYPE_UINT8, keywords::TYPE_UINT16, keywords::TYPE_UINT32,
-    keywords::TYPE_UINT32, keywords::TYPE_UINT64, keywords::TYPE_UINT64, keywords::TYPE_UINT64,
-    keywords::TYPE_UINT64 };
-
-/// In a struct that isn't little-endian a wide plain field's position names its last word; the others lie below.
-bool LiesBelowItsPosition(const CStructField & field, bool littleEndian)
-{
-    const IMetadata * const metadata = field.Metadata();
-    return !littleEndian && field.ElemBitWidth() >= 17 && field.ElemBitWidth() <= 64 && metadata != nullptr &&
-           metadata->MetadataType() == METADATA_SIMPLE && !metadata->IsArray();
-}
-
-/// What is allocated for the words. Those of most structs fit into the memory of a payload; where there is no such
-/// memory, under a sanitizer, they get no more than they need, so that it sees every step past them.
-std::size_t BytesFor(std::uint64_t words)
-{
-    const std::size_t bytes = words * sizeof(std::uint16_t);
-    return ZYN_PAYLOAD_SHELVES != 0 ? std::max(bytes, payloadmemory::SMALL_BLOCK) : bytes;
-}
-
 }   // namespace
 
 namespace structcodec {
@@ -71,42 +33,26 @@ void SetLayoutError(const std::string & text)
     ZYN_HANDLER("VrexZynConfigTools::CStructCodec").SetErrorMsg(0, text);
 }
 
-const std::vector<const CStructField *> & FieldsOf(CMetadataDetailStruct & detail)
+std::string TooLargeText(std::uint64_t bits)
 {
-    static const std::vector<const CStructField *> NONE;
-    const std::vector<const CStructField *> * const fields = detail.GetStructFields();
-    return fields != nullptr ? *fields : NONE;
+    return "the metadata describes a struct of " + std::to_string(bits) + " bits, more than the " +
+           std::to_string(MAX_STRUCT_BITS) + " that one can have";
 }
 
-const IMetadata * RecordOf(const CStructField * field)
+std::string TooManyText(std::uint64_t bits)
 {
-    const IMetadata * const record = field != nullptr ? field->Metadata() : nullptr;
-    if (record == nullptr)
-        SetLayoutError("a struct field has no metadata");
-    return record;
+    return "the metadata describes a struct of " + std::to_string(bits) + " bits with more than " +
+           std::to_string(MaxValues(bits)) + " values";
 }
 
-CMetadataDetailStruct * NestedLayout(const IMetadata & metadata)
+std::string NoSizeText(const IMetadata & record)
 {
-    auto * const layout = dynamic_cast<CMetadataDetailStruct *>(metadata.Details());
-    if (layout == nullptr)
-        SetLayoutError("the struct field " + metadata.Name() + " has no fields of its own in the metadata");
-    return layout;
+    return "the structs of the array " + record.Name() + " have no size in the metadata";
 }
 
-std::uint64_t SizeInBits(CMetadataDetailStruct & detail)
+std::string NoFieldsText(const IMetadata & record)
 {
-    std::uint64_t size = 0;
-    for (const CStructField * const field : structcodec::FieldsOf(detail)) {
-        if (field == nullptr)
-            continue;   // a hole in the list of a plug-in's class
-        const std::int64_t width = LiesBelowItsPosition(*field, detail.IsLittleEndian())
-                                       ? int{ CStructCodec::BITS_IN_UINT16 }
-                                       : field->ElemBitWidth();
-        // Compared as unsigned numbers, intended: a field that ends below 0 makes a struct that is far too large.
-        size = std::max(size, static_cast<std::uint64_t>(field->ElemLsbBitPos() + width));
-    }
-    return size;
+    return "the struct field " + record.Name() + " has no fields of its own in the metadata";
 }
 
 }   // namespace structcodec
@@ -175,53 +121,63 @@ std::string CStructCodec::GetIntTypeFromBitWidth(const std::string & bitWidth, b
         ZYN_TRACE(DECISIONS, "Unable to return the correct integer type. bitWidth = %d", bits);
         return result;
     }
-    const TypesByBytes & types = isUnsigned ? UNSIGNED_TYPES : SIGNED_TYPES;
-    result = types[static_cast<std::size_t>(bits - 1) / 8];
+    const auto fitting = std::find_if(NUMBER_TYPES.begin(), NUMBER_TYPES.end(), [&](const NumberType & type) {
+        return type.mIsSigned != isUnsigned && type.mBits >= static_cast<std::uint32_t>(bits);
+    });
+    result = fitting->mKeyword;   // of one sign the narrowest comes first, and the widest has 64 bits
     return result;
 }
 
 std::uint32_t CStructCodec::BitsForInternalType(const std::string & type)
 {
-    const auto found = std::find_if(INTEGER_TYPES.begin(), INTEGER_TYPES.end(),
-        [&type](const IntegerType & entry) { return entry.mKeyword == type; });
-    return found != INTEGER_TYPES.end() ? found->mBits : 0;
+    std::uint32_t result = 0;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CStructCodec::BitsForInternalType", result);
+
+    if (type == keywords::TYPE_INTEGER)
+        return result = 0;   // its width is that of the field
+    const NumberType * const number = FindNumberType(type);
+    return result = number != nullptr ? number->mBits : 0;
 }
 
-bool CStructCodec::Allocate(CMetadataDetailStruct & detail, const CStructPlan * plan)
+bool CStructCodec::Allocate(CMetadataDetailStruct & detail)
 {
-    using structcodec::MAX_STRUCT_BITS;
+    bool result = false;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CStructCodec::Allocate", result);
+
     CleanUp();
     mOctetsInBin = detail.IsOctetsInBin();
-    const std::uint64_t bits = plan != nullptr ? plan->Bits() : GetStructSizeInBits(detail);
+    const std::uint64_t bits = GetStructSizeInBits(detail);
     const std::uint64_t words = (bits + BITS_IN_UINT16 - 1) / BITS_IN_UINT16;
-    if (bits > MAX_STRUCT_BITS) {
-        structcodec::SetLayoutError("the metadata describes a struct of " + std::to_string(bits) +
-                                    " bits, more than the " + std::to_string(MAX_STRUCT_BITS) +
-                                    " that one can have");
-        return false;
+    if (bits > structcodec::MAX_STRUCT_BITS) {
+        structcodec::SetLayoutError(structcodec::TooLargeText(bits));
+        return result = false;
     }
     if (words == 0)
-        return true;
-    mpWords = static_cast<std::uint16_t *>(payloadmemory::Allocate(BytesFor(words), std::nothrow));
+        return result = true;
+    mpWords = new (std::nothrow) std::uint16_t[words]();
     if (mpWords == nullptr) {
         structcodec::SetLayoutError("no memory for a struct of " + std::to_string(bits) + " bits");
-        return false;
+        return result = false;
     }
-    std::fill_n(mpWords, words, std::uint16_t{ 0 });
     mBitSize = bits;
     mNumOctets = (bits + 7) / 8;
     mNumWords = words;
-    return true;
+    return result = true;
 }
 
 std::uint64_t CStructCodec::GetStructSizeInBits(CMetadataDetailStruct & detail)
 {
-    return structcodec::SizeInBits(detail);
+    std::uint64_t result = 0;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CStructCodec::GetStructSizeInBits", result);
+
+    return result = StructSizeInBits(detail);
 }
 
 void CStructCodec::CleanUp()
 {
-    payloadmemory::Free(mpWords, BytesFor(mNumWords));
+    ZYN_SENTRY("VrexZynConfigTools::CStructCodec::CleanUp");
+
+    delete[] mpWords;
     mpWords = nullptr;
     mNumWords = 0;
     mBitSize = 0;

@@ -3,37 +3,27 @@
 #include <configtools/structcodec.h>
 
 #include "plan.h"
-#include "walk.h"
+#include "words.h"
 #include <configtools/metadata.h>
 #include <messages/trace.h>
+#include <misc/stringutil.h>
 
-#include <algorithm>
-#include <cstdio>
+#include <sstream>
 
 namespace VrexZynConfigTools {
+
+using namespace structcodec;
 
 namespace {
 
 constexpr GroupEnum MESSAGE_GROUP = GROUP_FRAMEWORK;
 constexpr std::uint32_t ARGUMENTS = 1;
 
-/// The payload's bytes, zero-extended to 64 bits; 0 for a payload that is wider.
-std::uint64_t BitsOf(IPayload & payload)
+/// For debug output.
+void AddWord(std::ostream & text, std::uint16_t word)
 {
-    std::uint64_t value = 0;
-    payload.WriteToMem(&value, sizeof value);
-    return value;
-}
-
-std::string HexText(const std::uint16_t * words, std::uint64_t count)
-{
-    std::string text;
-    for (std::uint64_t index = 0; index < count; ++index) {
-        char word[8];
-        std::snprintf(word, sizeof word, "%04x ", static_cast<unsigned>(words[index]));
-        text += word;
-    }
-    return text;
+    stringutil::WriteHexNumberToStream(text, word, 4, true);
+    text << ' ';
 }
 
 }   // namespace
@@ -42,51 +32,58 @@ void CStructCodec::Encode(CComplexPayload & payload, CMetadataDetailStruct & det
 {
     ZYN_SENTRY("VrexZynConfigTools::CStructCodec::Encode");
 
-    mWalk = {};
-    const CStructPlan * const plan = structcodec::PlanFor(detail);
-    if (!Allocate(detail, plan))
+    if (!Allocate(detail))
         return;
-    if (plan == nullptr || !structcodec::Pack(*plan, payload, Words())) {
-        std::fill_n(mpWords, mNumWords, std::uint16_t{ 0 });   // what the plan has come to is packed anew
-        DoEncode(0, payload, detail);
+    const auto plan = CStructPlan::Of(detail);
+    Walk walk{ *plan, MaxValues(mBitSize) };
+    DoEncode(0, payload, plan->Top(), walk);
+    if (CTheMsgHnd::DebugActivated()) {
+        std::ostringstream text;
+        for (std::uint64_t index = 0; index < mNumWords; ++index)
+            AddWord(text, mpWords[index]);
+        ZYN_TRACE(
+            ARGUMENTS, "%sTotal bitsize=%llu", text.str().c_str(), static_cast<unsigned long long>(mBitSize));
     }
-    ZYN_TRACE(ARGUMENTS, "%sTotal bitsize=%llu", HexText(mpWords, mNumWords).c_str(),
-        static_cast<unsigned long long>(mBitSize));
 }
 
-void CStructCodec::DoEncode(std::uint32_t base, CComplexPayload & payload, CMetadataDetailStruct & detail)
+void CStructCodec::DoEncode(
+    std::uint32_t base, CComplexPayload & payload, const LayoutPlan & layout, Walk & walk)
 {
-    const Level level(mWalk);
+    ZYN_SENTRY("VrexZynConfigTools::CStructCodec::DoEncode");
+
+    const Level level(walk);
     if (level.IsTooDeep())
-        return structcodec::SetLayoutError("the metadata nests structs too deep");
-
-    const std::vector<const CStructField *> & fields = structcodec::FieldsOf(detail);
+        return SetLayoutError(TOO_DEEP);
     const std::vector<IPayload *> & values = payload.GetFields();
-    for (std::size_t index = 0; index < std::min(values.size(), fields.size()); ++index) {
-        const IMetadata * const metadata = structcodec::RecordOf(fields[index]);
-        if (metadata == nullptr || values[index] == nullptr)
-            continue;
-        const CStructField & field = *fields[index];
-        const std::uint32_t position = base + static_cast<std::uint32_t>(field.ElemLsbBitPos());
-        if (metadata->MetadataType() == METADATA_STRUCT)
-            EncodeStructField(position, field, *values[index]);
-        else
-            EncodePlainField(position, field, *values[index], detail.IsLittleEndian());
+    const std::size_t count = std::min(values.size(), layout.mFields.size());
+    for (std::size_t index = 0; index < count; ++index) {
+        const FieldPlan & field = layout.mFields[index];
+        if (field.mKind == StructEntryKind::ABSENT)
+            SetLayoutError(NO_RECORD);
+        else if (values[index] != nullptr)
+            EncodeAny(base + field.mPosition, field, *values[index], layout.mIsLittleEndian, walk);
     }
-    if (values.size() > fields.size())
-        structcodec::SetLayoutError("a struct of " + std::to_string(fields.size()) + " fields was given " +
-                                    std::to_string(values.size()) + " values");
+    if (values.size() > layout.mFields.size())
+        SetLayoutError("a struct of " + std::to_string(layout.mFields.size()) + " fields was given " +
+                       std::to_string(values.size()) + " values");
 }
 
-void CStructCodec::EncodePlainField(
-    std::uint32_t position, const CStructField & field, IPayload & value, bool littleEndian)
+void CStructCodec::EncodeAny(
+    std::uint32_t position, const FieldPlan & field, IPayload & value, bool littleEndian, Walk & walk)
 {
-    const int width = field.ElemBitWidth();
-    if (width <= 0)
+    if (field.mKind == StructEntryKind::STRUCT || field.mKind == StructEntryKind::STRUCTS)
+        EncodeStruct(position, field, value, walk);
+    else if (field.mKind == StructEntryKind::ARRAY)
+        EncodeArray(position, field, value, littleEndian);
+    else
+        EncodeField(position, field.mWidth, value, littleEndian);
+}
+
+void CStructCodec::EncodeArray(
+    std::uint64_t position, const FieldPlan & field, IPayload & value, bool littleEndian)
+{
+    if (field.mWidth == 0)
         return;   // no bits
-    const auto size = static_cast<std::uint32_t>(width);
-    if (!field.Metadata()->IsArray())
-        return EncodeField(position, size, value, littleEndian);
     auto * const array = dynamic_cast<CComplexPayload *>(&value);
     if (array == nullptr)
         return EncodeField(position, BITS_IN_UINT16, value, littleEndian);   // whatever its width, intended
@@ -94,7 +91,7 @@ void CStructCodec::EncodePlainField(
     if (items.empty())
         return;
     // The field's width is shared out among the items there are; their type plays no part, intended.
-    const auto share = static_cast<std::uint32_t>(size / items.size());
+    const auto share = static_cast<std::uint32_t>(field.mWidth / items.size());
     for (IPayload * const item : items) {
         if (item != nullptr)
             EncodeField(position, share, *item, littleEndian);
@@ -102,40 +99,51 @@ void CStructCodec::EncodePlainField(
     }
 }
 
-void CStructCodec::EncodeStructField(std::uint32_t position, const CStructField & field, IPayload & value)
+void CStructCodec::EncodeStruct(std::uint32_t position, const FieldPlan & field, IPayload & value, Walk & walk)
 {
-    auto * const layout = structcodec::NestedLayout(*field.Metadata());
+    const LayoutPlan * const layout = walk.mPlan.Inner(field);
     if (layout == nullptr)
-        return;
+        return SetLayoutError(NoFieldsText(*field.mRecord));
     auto * const complex = dynamic_cast<CComplexPayload *>(&value);
     if (complex == nullptr)
-        return structcodec::SetLayoutError(
-            "the struct field " + field.Metadata()->Name() + " was given a plain value");
-    if (!field.Metadata()->IsArray())
-        return DoEncode(position, *complex, *layout);
-    const auto stride = static_cast<std::uint32_t>(GetStructSizeInBits(*layout));
+        return SetLayoutError("the struct field " + field.mRecord->Name() + " was given a plain value");
+    if (field.mKind == StructEntryKind::STRUCT)
+        return DoEncode(position, *complex, *layout, walk);
     for (IPayload * const item : complex->GetFields()) {
         if (auto * const instance = dynamic_cast<CComplexPayload *>(item))
-            DoEncode(position, *instance, *layout);
+            DoEncode(position, *instance, *layout, walk);
         else if (item != nullptr)
-            structcodec::SetLayoutError(
-                "the array of structs " + field.Metadata()->Name() + " was given a plain value");
-        position += stride;
+            SetLayoutError("the array of structs " + field.mRecord->Name() + " was given a plain value");
+        position += static_cast<std::uint32_t>(layout->mBits);
     }
 }
 
 void CStructCodec::EncodeField(
-    std::uint32_t position, std::uint32_t size, IPayload & payload, bool littleEndian)
+    std::uint64_t position, std::uint32_t size, IPayload & payload, bool littleEndian)
 {
-    if (size > 64)
-        return EncodeWideField(position, payload);
+    ZYN_SENTRY("VrexZynConfigTools::CStructCodec::EncodeField");
 
-    if (size != BITS_IN_UINT16 || structcodec::CWords::Straddles(position, littleEndian))
-        return Words().MergeNumber(position, size, BitsOf(payload), littleEndian);
-    // Replaced, with the bit in the word ignored, and nothing of a wider payload; intended.
-    ReplaceWord(position / BITS_IN_UINT16, payload);
+    const std::uint64_t index = position / BITS_IN_UINT16;
+    if (size > 64)
+        return EncodeWords(index, payload);
+    if (structcodec::ReplacesWord(position, size, littleEndian)) {
+        ReplaceWord(index, payload);
+    } else {
+        std::uint64_t value =
+            0;   // a payload of fewer bytes is extended by zeros, also if it is signed, intended
+        payload.WriteToMem(&value, sizeof value);
+        Words().Merge(position, size, value, littleEndian);
+    }
+    if (CTheMsgHnd::DebugActivated()) {
+        std::ostringstream text;
+        ForEachPackedRun(position, size, littleEndian,
+            [&](std::uint64_t word, auto...) { AddWord(text, Words().Word(word)); });
+        ZYN_TRACE(ARGUMENTS, "position=%llu, size=%u, words: %s", static_cast<unsigned long long>(position),
+            static_cast<unsigned>(size), text.str().c_str());
+    }
 }
 
+/// A payload of 8 bits replaces the low byte alone, and one of more than 16 nothing, both intended.
 void CStructCodec::ReplaceWord(std::uint64_t index, IPayload & payload)
 {
     std::uint16_t word = Words().Word(index);
@@ -143,13 +151,12 @@ void CStructCodec::ReplaceWord(std::uint64_t index, IPayload & payload)
     Words().SetWord(index, word);
 }
 
-void CStructCodec::EncodeWideField(std::uint32_t position, IPayload & payload)
+void CStructCodec::EncodeWords(std::uint64_t index, IPayload & payload)
 {
     auto * const words = dynamic_cast<CComplexPayload *>(&payload);
     if (words == nullptr)
-        return structcodec::SetLayoutError("a field of more than 64 bits was given a plain value");
+        return SetLayoutError("a field of more than 64 bits was given a plain value");
     // Upward in every case, also in a struct that isn't little-endian, intended.
-    std::uint64_t index = position / BITS_IN_UINT16;
     for (IPayload * const part : words->GetFields()) {
         if (part != nullptr)
             ReplaceWord(index, *part);

@@ -1,12 +1,13 @@
 #include "plan.h"
 
-#include "walk.h"
-#include <configtools/elements.h>
+#include "../metadata/changes.h"
 #include <configtools/keywords.h>
-#include <messages/messages.h>
+#include <configtools/metadata.h>
+#include <configtools/numbertypes.h>
+#include <configtools/structcodec.h>
 
 #include <algorithm>
-#include <memory>
+#include <map>
 #include <typeinfo>
 
 namespace VrexZynConfigTools {
@@ -15,171 +16,174 @@ using namespace structcodec;
 
 namespace {
 
-/// More than any real struct has. Bad metadata may reach one struct on millions of ways.
-constexpr std::uint64_t MAX_PLANNED_FIELDS = 1U << 14;
+/// More than any real struct has. A class of a plug-in may answer with a new struct each time.
+constexpr std::size_t MAX_LAYOUTS = 1U << 14;
 
-/// Sums stay here once they have come so far, so that they don't wrap.
-constexpr std::uint64_t TOO_MANY_PAYLOADS = std::uint64_t{ 1 } << 31;
-static_assert(TOO_MANY_PAYLOADS > MaxPayloads(MAX_STRUCT_BITS));
-
-template <typename ExactT, typename BaseT>
-ExactT * Exactly(BaseT * object)
+/// In a struct that isn't little-endian a wide plain field's position names its last word; the others lie below.
+bool LiesBelowItsPosition(const CStructField & field, bool littleEndian)
 {
-    return object != nullptr && typeid(*object) == typeid(ExactT) ? static_cast<ExactT *>(object) : nullptr;
+    const IMetadata * const metadata = field.Metadata();
+    return !littleEndian && field.ElemBitWidth() >= 17 && field.ElemBitWidth() <= 64 && metadata != nullptr &&
+           metadata->MetadataType() == METADATA_SIMPLE && !metadata->IsArray();
 }
 
-/// The type of the payload that a field becomes; of 64 bits if its type has no width.
-NumericTypeEnum PayloadType(const CMetadata & record, std::uint32_t size)
+/// The type of a number: the record's own if it has a width, else the smallest that the field fits into.
+NumericTypeEnum TypeOfField(const IMetadata & record, std::uint32_t size)
 {
-    return CElementNumericArray(TypeOfField(record, size), 0, std::string(), false).Type();
+    std::string type = record.InternalType();
+    if (CStructCodec::BitsForInternalType(type) == 0) {
+        const std::string format = record.Format();
+        const bool isUnsigned =
+            format == keywords::FORMAT_UNSIGNED_DECIMAL || format == keywords::FORMAT_HEXADECIMAL;
+        type = CStructCodec::GetIntTypeFromBitWidth(std::to_string(size), isUnsigned);
+    }
+    const NumberType * const number = FindNumberType(type);
+    return number != nullptr ? number->mType
+                             : NUMERIC_INT64;   // without bits: a zero, which payloads stay in step by
 }
 
-bool IsSigned(const CMetadata & record, std::uint32_t size)
+/// Unsigned whatever the items' own type says, intended.
+NumericTypeEnum TypeOfItem(std::uint32_t bits)
 {
-    return size > 1 && size < 64 && record.Format() == keywords::FORMAT_SIGNED_DECIMAL;
-}
-
-/// Of four words those that a number of `size` bits reaches into, at least the first.
-std::uint64_t MaskOfWords(std::uint32_t size)
-{
-    constexpr std::uint32_t BITS = CStructCodec::BITS_IN_UINT16;
-    const std::uint32_t words = std::max((size + BITS - 1) / BITS, 1U);
-    return ~std::uint64_t{ 0 } >> (64 - words * BITS);
+    return bits < 16 ? NUMERIC_UINT8 : bits == 16 ? NUMERIC_UINT16 : NUMERIC_UINT32;
 }
 
 }   // namespace
 
-void CStructPlan::Renew(CMetadataDetailStruct & detail)
+/// Goes through the structs breadth first, each once: they may hold each other, and a struct that is reached on a short
+/// way must not lack what only a longer way is too deep for.
+class CStructPlan::Maker
 {
+public:
+    explicit Maker(CMetadataDetailStruct & top) { IndexOf(&top, 1); }
+
+    std::shared_ptr<const CStructPlan> Make()
+    {
+        for (std::size_t index = 0; index < mFound.size(); ++index) {
+            LayoutPlan layout = PlanLayout(*mFound[index].mDetail, mFound[index].mDepth);
+            mPlan->mLayouts.push_back(std::move(layout));
+        }
+        return mPlan;
+    }
+
+private:
+    struct Found
+    {
+        CMetadataDetailStruct * mDetail;
+        std::uint32_t mDepth;   // on the shortest way
+    };
+
+    std::uint32_t IndexOf(CMetadataDetailStruct * detail, std::uint32_t depth)
+    {
+        constexpr auto NONE = ~std::uint32_t{ 0 };
+        if (detail == nullptr || mFound.size() == MAX_LAYOUTS)
+            return NONE;
+        const auto next = static_cast<std::uint32_t>(mFound.size());
+        const auto [known, isNew] = mIndices.try_emplace(detail, next);
+        if (isNew)
+            mFound.push_back({ detail, depth });
+        return known->second;
+    }
+
+    LayoutPlan PlanLayout(CMetadataDetailStruct & detail, std::uint32_t depth)
+    {
+        LayoutPlan layout;
+        layout.mIsLittleEndian = detail.IsLittleEndian();
+        layout.mBits = StructSizeInBits(detail);
+        mPlan->mIsOfLibrary = mPlan->mIsOfLibrary && typeid(detail) == typeid(CMetadataDetailStruct);
+        // A class of a plug-in may have no list of fields, and holes in it. What is too deep is never followed.
+        const std::vector<const CStructField *> * const fields = detail.GetStructFields();
+        if (fields == nullptr || depth > MAX_NESTING)
+            return layout;
+        layout.mFields.resize(fields->size());
+        for (std::size_t index = 0; index < layout.mFields.size(); ++index) {
+            const CStructField * const field = (*fields)[index];
+            const IMetadata * const record = field != nullptr ? field->Metadata() : nullptr;
+            if (record != nullptr)
+                PlanField(*field, *record, depth, layout.mFields[index]);
+        }
+        return layout;
+    }
+
+    void PlanField(const CStructField & field, const IMetadata & record, std::uint32_t depth, FieldPlan & plan)
+    {
+        mPlan->mIsOfLibrary = mPlan->mIsOfLibrary && typeid(record) == typeid(CMetadata);
+        plan.mRecord = &record;
+        plan.mPosition = static_cast<std::uint32_t>(field.ElemLsbBitPos());
+        plan.mWidth = static_cast<std::uint32_t>(std::max(field.ElemBitWidth(), 0));
+        const MetadataTypeEnum type = record.MetadataType();
+        if (type == METADATA_STRUCT) {
+            plan.mKind = record.IsArray() ? StructEntryKind::STRUCTS : StructEntryKind::STRUCT;
+            plan.mInner = IndexOf(dynamic_cast<CMetadataDetailStruct *>(record.Details()), depth + 1);
+        } else if (record.IsArray()) {
+            plan.mKind = StructEntryKind::ARRAY;
+            plan.mStride = CStructCodec::BitsForInternalType(record.InternalType());
+            plan.mType = TypeOfItem(plan.mStride);
+            if (plan.mStride != 0 && plan.mWidth != 0)
+                plan.mItems = (plan.mWidth - 1 + plan.mStride) / plan.mStride;
+        } else if (plan.mWidth > 64) {
+            plan.mKind = StructEntryKind::WORDS;
+            plan.mStride = CStructCodec::BITS_IN_UINT16;
+            plan.mType = NUMERIC_UINT16;
+            plan.mItems =
+                plan.mWidth / plan.mStride;   // the bits of a last, partial word are dropped, intended
+        } else {
+            PlanNumber(record, type, plan);
+        }
+    }
+
+    static void PlanNumber(const IMetadata & record, MetadataTypeEnum type, FieldPlan & plan)
+    {
+        plan.mIsSigned =
+            plan.mWidth > 1 && plan.mWidth < 64 && record.Format() == keywords::FORMAT_SIGNED_DECIMAL;
+        plan.mKind = type == METADATA_ENUM ? StructEntryKind::ENUMERATOR : StructEntryKind::NUMBER;
+        if (type == METADATA_ENUM)
+            plan.mEnumerators = dynamic_cast<const CMetadataDetailEnum *>(record.Details());
+        else
+            plan.mType = TypeOfField(record, plan.mWidth);
+    }
+
+    std::shared_ptr<CStructPlan> mPlan = std::make_shared<CStructPlan>();
+    std::vector<Found> mFound;
+    std::map<const CMetadataDetailStruct *, std::uint32_t> mIndices;
+};
+
+const CStructPlan * CStructPlan::Stored(const CMetadataDetailStruct & detail)
+{
+    return detail.mPlanChanges == metadataChanges ? detail.mPlan.get() : nullptr;
+}
+
+std::shared_ptr<const CStructPlan> CStructPlan::Of(CMetadataDetailStruct & detail)
+{
+    if (Stored(detail) != nullptr)
+        return detail.mPlan;
     const std::uint64_t changes = metadataChanges;
-    detail.mPlan.reset(new CStructPlan(detail));
-    detail.mPlanChanges = changes;
-}
-
-CStructPlan::CStructPlan(CMetadataDetailStruct & detail)
-{
-    PlanSize size;
-    std::uint32_t top = 0;
-    const bool isPlanned = PlanLayout(detail, 1, size, top);
-    if (isPlanned)
-        mBits = SizeInBits(detail);
-    mIsLiteral = !isPlanned || mBits > MAX_STRUCT_BITS || size.mPayloads > MaxPayloads(mBits);
-    if (mIsLiteral) {
-        mLayouts.clear();
-        mNames.clear();
+    std::shared_ptr<const CStructPlan> plan = Maker(detail).Make();
+    if (plan->mIsOfLibrary) {
+        detail.mPlan = plan;
+        detail.mPlanChanges = changes;
     }
+    return plan;
 }
 
-bool CStructPlan::PlanLayout(
-    CMetadataDetailStruct & detail, std::uint32_t depth, PlanSize & size, std::uint32_t & index)
+std::uint64_t StructSizeInBits(CMetadataDetailStruct & detail)
 {
-    if (Exactly<CMetadataDetailStruct>(&detail) == nullptr || depth > MAX_NESTING)
-        return false;
-    size.mFields += detail.mFields.size();
-    if (size.mFields > MAX_PLANNED_FIELDS)
-        return false;
-
-    index = static_cast<std::uint32_t>(mLayouts.size());
-    mLayouts.emplace_back();   // its place; the layouts of its fields come behind it
-    LayoutPlan layout{ detail.mIsLittleEndian, std::vector<FieldPlan>(detail.mFields.size()) };
-    for (std::size_t field = 0; field < detail.mFields.size(); ++field)
-        if (!PlanField(*detail.mFields[field], depth, size, layout.mFields[field]))
-            return false;
-    mLayouts[index] = std::move(layout);
-    return true;
-}
-
-bool CStructPlan::PlanField(const CStructField & field, std::uint32_t depth, PlanSize & size, FieldPlan & plan)
-{
-    const auto * const record = Exactly<const CMetadata>(field.Metadata());
-    if (record == nullptr)
-        return false;
-    plan.mRecord = record;
-    plan.mPosition = static_cast<std::uint32_t>(field.ElemLsbBitPos());
-    plan.mWidth = static_cast<std::uint32_t>(std::max(field.ElemBitWidth(), 0));
-    ++size.mPayloads;
-    if (record->MetadataType() == METADATA_STRUCT)
-        return PlanStruct(*record, depth, size, plan);
-    if (record->IsArray()) {
-        PlanArray(*record, size, plan);
-        return true;
+    if (const CStructPlan * const plan = CStructPlan::Stored(detail))
+        return plan->Top().mBits;
+    std::uint64_t size = 0;
+    const std::vector<const CStructField *> * const fields = detail.GetStructFields();
+    if (fields == nullptr)
+        return size;
+    for (const CStructField * const field : *fields) {
+        if (field == nullptr)
+            continue;   // a hole in the list of a plug-in's class
+        const std::int64_t width = LiesBelowItsPosition(*field, detail.IsLittleEndian())
+                                       ? int{ CStructCodec::BITS_IN_UINT16 }
+                                       : field->ElemBitWidth();
+        // Compared as unsigned numbers, intended: a field that ends below 0 makes a struct that is far too large.
+        size = std::max(size, static_cast<std::uint64_t>(field->ElemLsbBitPos() + width));
     }
-    if (plan.mWidth > 64) {
-        plan.mKind = FieldKind::WIDE;
-        plan.mItems = plan.mWidth / CStructCodec::BITS_IN_UINT16;
-        size.mPayloads += plan.mItems;
-        return true;
-    }
-    plan.mWordsMask = MaskOfWords(plan.mWidth);
-    plan.mMask = CWords::Mask(plan.mWidth);
-    plan.mIsSigned = IsSigned(*record, plan.mWidth);
-    if (record->MetadataType() == METADATA_ENUM)
-        return PlanNames(*record, plan);
-    plan.mType = PayloadType(*record, plan.mWidth);
-    return true;
-}
-
-bool CStructPlan::PlanStruct(const CMetadata & record, std::uint32_t depth, PlanSize & size, FieldPlan & plan)
-{
-    auto * const detail = Exactly<CMetadataDetailStruct>(record.Details());
-    PlanSize inner;
-    inner.mFields = size.mFields;
-    if (detail == nullptr || !PlanLayout(*detail, depth + 1, inner, plan.mInner))
-        return false;
-    size.mFields = inner.mFields;
-    plan.mKind = FieldKind::STRUCT;
-    if (record.IsArray()) {
-        const std::uint64_t stride = SizeInBits(*detail);
-        if (stride == 0)
-            return false;   // an error when unpacked
-        plan.mKind = FieldKind::STRUCTS;
-        plan.mStride = static_cast<std::uint32_t>(stride);
-        plan.mItems = static_cast<std::uint32_t>(plan.mWidth / stride);
-        // Each struct itself counts too. Bad metadata makes more than a product has room for.
-        inner.mPayloads = std::min(inner.mPayloads + 1, TOO_MANY_PAYLOADS) * plan.mItems;
-    }
-    size.mPayloads = std::min(size.mPayloads + inner.mPayloads, TOO_MANY_PAYLOADS);
-    return true;
-}
-
-bool CStructPlan::PlanNames(const CMetadata & record, FieldPlan & plan)
-{
-    auto * const detail = Exactly<CMetadataDetailEnum>(record.Details());
-    if (detail == nullptr)
-        return false;
-    plan.mKind = FieldKind::ENUM;
-    plan.mInner = static_cast<std::uint32_t>(mNames.size());
-    NamesPlan names;
-    names.reserve(detail->GetEnums()->size());
-    for (const auto & [name, number] : *detail->GetEnums())
-        names.emplace_back(number, &name);
-    std::stable_sort(names.begin(), names.end(),
-        [](const auto & left, const auto & right) { return left.first < right.first; });
-    mNames.push_back(std::move(names));
-    return true;
-}
-
-void CStructPlan::PlanArray(const CMetadata & record, PlanSize & size, FieldPlan & plan)
-{
-    plan.mKind = FieldKind::ARRAY;
-    plan.mStride = CStructCodec::BitsForInternalType(record.InternalType());
-    if (plan.mStride != 0 && plan.mWidth != 0)
-        plan.mItems = (plan.mWidth - 1 + plan.mStride) / plan.mStride;
-    size.mPayloads += plan.mItems;
-}
-
-const CStructPlan * structcodec::PlanFor(CMetadataDetailStruct & detail)
-{
-    return CTheMsgHnd::DebugActivated() ? nullptr : CStructPlan::Of(detail);
-}
-
-const std::string * CStructPlan::NameOf(const FieldPlan & field, std::int32_t number) const
-{
-    const NamesPlan & names = mNames[field.mInner];
-    // Of several names with one number the last in name order, intended.
-    const auto behind = std::upper_bound(names.begin(), names.end(), number,
-        [](std::int32_t wanted, const auto & name) { return wanted < name.first; });
-    return behind != names.begin() && (behind - 1)->first == number ? (behind - 1)->second : nullptr;
+    return size;
 }
 
 }   // namespace VrexZynConfigTools

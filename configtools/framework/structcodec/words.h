@@ -1,14 +1,94 @@
-/// The words of a struct as the codec reads and writes them. Internal.
+/// The words of a struct, and the rules by which they hold values. Internal.
+///
+/// Positions have 64 bits here, so that what follows a field below the begin isn't taken for the begin. The rules stand
+/// here once: packing, unpacking and the public geometry follow the same runs of bits.
 
 #ifndef CONFIGTOOLS_STRUCTCODEC_WORDS_H
 #define CONFIGTOOLS_STRUCTCODEC_WORDS_H
 
 #include <configtools/structcodec.h>
 
+#include <algorithm>
 #include <cstdint>
-#include <cstring>
 
 namespace VrexZynConfigTools::structcodec {
+
+inline constexpr std::uint32_t BITS_IN_WORD = CStructCodec::BITS_IN_UINT16;
+
+/// Whether a number lies in two words although it has only 16 bits.
+constexpr bool Straddles(std::uint64_t position, std::uint32_t size, bool littleEndian)
+{
+    return size == BITS_IN_WORD && littleEndian && position % BITS_IN_WORD == BITS_IN_WORD / 2;
+}
+
+/// Whether a number of up to 64 bits replaces its word when it is packed; all others are merged into theirs.
+constexpr bool ReplacesWord(std::uint64_t position, std::uint32_t size, bool littleEndian)
+{
+    return size == BITS_IN_WORD && !Straddles(position, size, littleEndian);
+}
+
+/// The word that continues the one at `index`; in a struct that isn't little-endian it lies below. An index below 0 wraps
+/// round and is outside of any struct.
+constexpr std::uint64_t WordAhead(std::uint64_t index, std::uint32_t ahead, bool littleEndian)
+{
+    return littleEndian ? index + ahead : index - ahead;
+}
+
+/// Where a number of up to 64 bits is packed: `visit(word, bit, valueBit, count)` for each run of its bits.
+template <typename VisitT>
+void ForEachPackedRun(std::uint64_t position, std::uint32_t size, bool littleEndian, VisitT visit)
+{
+    const std::uint64_t index = position / BITS_IN_WORD;
+    const auto bit = static_cast<std::uint32_t>(position % BITS_IN_WORD);
+    if (size == 0)
+        return;
+    if (size <
+        BITS_IN_WORD)   // what lies above the word is lost; a field never spills into the next one, intended
+        return visit(index, bit, 0U, std::min(size, BITS_IN_WORD - bit));
+    if (Straddles(position, size, littleEndian)) {
+        visit(index, bit, 0U, bit);
+        return visit(index + 1, 0U, bit, bit);
+    }
+    // Whole words, whatever bit the position names and however many bits of the last one the field has, intended.
+    for (std::uint32_t ahead = 0; ahead * BITS_IN_WORD < size; ++ahead)
+        visit(WordAhead(index, ahead, littleEndian), 0U, ahead * BITS_IN_WORD, BITS_IN_WORD);
+}
+
+/// Where a number of up to 64 bits is unpacked from, in the same manner.
+template <typename VisitT>
+void ForEachUnpackedRun(std::uint64_t position, std::uint32_t size, bool littleEndian, VisitT visit)
+{
+    const std::uint64_t index = position / BITS_IN_WORD;
+    const auto bit = static_cast<std::uint32_t>(position % BITS_IN_WORD);
+    if (size == 0 ||
+        size == 64)   // the mask of 64 bits is 0, as the processor's shift has it: always 0, intended
+        return;
+    if (size < BITS_IN_WORD)
+        return visit(index, bit, 0U, std::min(size, BITS_IN_WORD - bit));
+    if (Straddles(position, size, littleEndian)) {
+        visit(index, bit, 0U, bit);
+        return visit(index + 1, 0U, bit, bit);
+    }
+    // As many words as the width alone needs, from the very bit: what lies in one more word is lost, intended.
+    visit(index, bit, 0U, BITS_IN_WORD - bit);
+    for (std::uint32_t ahead = 1; ahead * BITS_IN_WORD < size; ++ahead) {
+        const std::uint32_t valueBit = ahead * BITS_IN_WORD - bit;
+        visit(WordAhead(index, ahead, littleEndian), 0U, valueBit, std::min(BITS_IN_WORD, size - valueBit));
+    }
+}
+
+/// An item of an array is unpacked as a number at another place: of 16 bits and more from the begin of its word, unless
+/// it straddles, and 32 bits of an item of 64; both intended.
+struct UnpackedItem
+{
+    std::uint64_t mPosition;
+    std::uint32_t mSize;
+};
+constexpr UnpackedItem ItemAt(std::uint64_t position, std::uint32_t bits, bool littleEndian)
+{
+    const bool isWithinWord = bits < BITS_IN_WORD || Straddles(position, bits, littleEndian);
+    return { isWithinWord ? position : position - position % BITS_IN_WORD, std::min(bits, 2 * BITS_IN_WORD) };
+}
 
 /// The one way to the words: outside of them 0 is read, and what is written is dropped. Bad metadata leads there.
 class CWords
@@ -19,100 +99,40 @@ public:
         , mCount(count)
     {}
 
-    std::uint16_t Word(std::uint64_t index) const
-    {
-        return index < mCount ? mWords[index] : std::uint16_t{ 0 };
-    }
+    bool Has(std::uint64_t index) const { return index < mCount; }
+    std::uint16_t Word(std::uint64_t index) const { return Has(index) ? mWords[index] : std::uint16_t{ 0 }; }
 
     void SetWord(std::uint64_t index, std::uint16_t value)
     {
-        if (index < mCount)
+        if (Has(index))
             mWords[index] = value;
     }
 
-    void MergeIntoWord(std::uint64_t index, std::uint64_t value)
+    /// Packs a number of up to 64 bits, but for one that replaces its word.
+    void Merge(std::uint64_t position, std::uint32_t size, std::uint64_t value, bool littleEndian)
     {
-        if (index < mCount)
-            mWords[index] = static_cast<std::uint16_t>(mWords[index] | value);
+        ForEachPackedRun(position, size, littleEndian,
+            [&](std::uint64_t word, std::uint32_t bit, std::uint32_t valueBit, std::uint32_t count) {
+                SetWord(word, static_cast<std::uint16_t>(Word(word) | Cut(value >> valueBit, count) << bit));
+            });
     }
 
-    /// The 16 bits from bit 8 of a word.
-    std::uint16_t StraddlingWord(std::uint64_t index) const
+    /// Unpacks a number of up to 64 bits, without its sign.
+    std::uint64_t Number(std::uint64_t position, std::uint32_t size, bool littleEndian) const
     {
-        return static_cast<std::uint16_t>(Word(index + 1) << 8 | Word(index) >> 8);
-    }
-
-    /// Whether a word and the three ahead of it in a little-endian struct are here, and those words as one number.
-    bool HasFour(std::uint64_t index) const { return index + 4 <= mCount; }
-    std::uint64_t Four(std::uint64_t index) const
-    {
-        std::uint64_t four = 0;
-        std::memcpy(&four, mWords + index, sizeof four);
-        return four;
-    }
-
-    /// The bits of a number of up to 64 bits, without a sign.
-    std::uint64_t Number(std::uint32_t position, std::uint32_t size, bool littleEndian) const
-    {
-        const std::uint64_t index = position / BITS;
-        std::uint64_t gathered = Word(index);
-        for (std::uint32_t ahead = 1; ahead < WORDS_OF_NUMBER && ahead * BITS < size; ++ahead) {
-            const std::uint64_t word = Word(littleEndian ? index + ahead : index - ahead);
-            gathered |= word << (ahead * BITS);
-        }
-        return gathered >> (position % BITS) & Mask(size);
-    }
-
-    static std::uint64_t Mask(std::uint32_t size)
-    {
-        // That of a number of 64 bits is 0, as the processor's shift has it; so the number is 0, intended.
-        return (std::uint64_t{ 1 } << (size % 64)) - 1;
-    }
-
-    /// An item of an array of 32 or 64 bits: 32 bits in either case, intended.
-    std::uint32_t WideItem(std::uint64_t index, bool littleEndian) const
-    {
-        const std::uint32_t high = Word(littleEndian ? index + 1 : index - 1);
-        return high << BITS | Word(index);
-    }
-
-    /// A number of up to 64 bits, but for the one of 16 bits that replaces its word.
-    void MergeNumber(std::uint32_t position, std::uint32_t size, std::uint64_t value, bool littleEndian)
-    {
-        const std::uint64_t index = position / BITS;
-        if (size < BITS)   // what lies above the word is lost; a field never spills into the next one, intended
-            return MergeIntoWord(index, (value & ((1U << size) - 1)) << (position % BITS));
-        if (size == BITS) {
-            MergeIntoWord(index, (value & 0xFF) << 8);
-            return MergeIntoWord(index + 1, value >> 8 & 0xFF);
-        }
-        // From the start of the word, whatever bit the position names, intended.
-        if (littleEndian && HasFour(index))
-            return MergeAhead(mWords + index, size, value);
-        for (std::uint32_t ahead = 0; ahead * BITS < size; ++ahead)
-            MergeIntoWord(littleEndian ? index + ahead : index - ahead, value >> (ahead * BITS) & 0xFFFF);
-    }
-
-    /// Whether a number of 16 bits lies in two words; elsewhere it is a word, whatever bit its position names.
-    static bool Straddles(std::uint32_t position, bool littleEndian)
-    {
-        return position % BITS == BITS / 2 && littleEndian;
+        std::uint64_t value = 0;
+        ForEachUnpackedRun(position, size, littleEndian,
+            [&](std::uint64_t word, std::uint32_t bit, std::uint32_t valueBit, std::uint32_t count) {
+                value |= Cut(std::uint64_t{ Word(word) } >> bit, count) << valueBit;
+            });
+        return value;
     }
 
 private:
-    /// A number of more than 16 bits, where four words are here.
-    static void MergeAhead(std::uint16_t * words, std::uint32_t size, std::uint64_t value)
+    static std::uint64_t Cut(std::uint64_t value, std::uint32_t count)
     {
-        words[0] = static_cast<std::uint16_t>(words[0] | value);
-        words[1] = static_cast<std::uint16_t>(words[1] | value >> BITS);
-        if (size > 2 * BITS)
-            words[2] = static_cast<std::uint16_t>(words[2] | value >> (2 * BITS));
-        if (size > 3 * BITS)
-            words[3] = static_cast<std::uint16_t>(words[3] | value >> (3 * BITS));
+        return value & ((std::uint64_t{ 1 } << count) - 1);
     }
-
-    static constexpr std::uint32_t BITS = CStructCodec::BITS_IN_UINT16;
-    static constexpr std::uint32_t WORDS_OF_NUMBER = 64 / BITS;   // at most
 
     std::uint16_t * mWords;
     std::uint64_t mCount;

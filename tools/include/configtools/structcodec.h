@@ -34,13 +34,14 @@
 namespace VrexZynConfigTools {
 
 class CMetadataDetailStruct;
-class CStructField;
-class CStructPlan;
 class IElementFactorySource;
 
 namespace structcodec {
 class CWords;
-}
+struct FieldPlan;
+struct LayoutPlan;
+struct Walk;
+}   // namespace structcodec
 
 /// One codec serves any number of structs, one after the other.
 class CONFIGTOOLS_EXPORT CStructCodec : public IWritable
@@ -83,44 +84,43 @@ public:
     static std::uint32_t BitsForInternalType(const std::string & type);
 
 private:
-    /// How far the walk over structs within structs has come.
-    struct Walk
-    {
-        std::uint32_t depth = 0;
-        std::uint32_t payloads = 0;
-    };
-    class Level;
-
-    void DoEncode(std::uint32_t base, CComplexPayload & payload, CMetadataDetailStruct & detail);
-    void EncodePlainField(
-        std::uint32_t position, const CStructField & field, IPayload & value, bool littleEndian);
-    void EncodeStructField(std::uint32_t position, const CStructField & field, IPayload & value);
-    void EncodeField(std::uint32_t position, std::uint32_t size, IPayload & payload, bool littleEndian);
+    // Positions count bits from the begin of the whole struct; `base` is that of the struct at hand.
+    void DoEncode(std::uint32_t base, CComplexPayload & payload, const structcodec::LayoutPlan & layout,
+        structcodec::Walk & walk);
+    void EncodeAny(std::uint32_t position, const structcodec::FieldPlan & field, IPayload & value,
+        bool littleEndian, structcodec::Walk & walk);
+    void EncodeArray(
+        std::uint64_t position, const structcodec::FieldPlan & field, IPayload & value, bool littleEndian);
+    void EncodeStruct(std::uint32_t position, const structcodec::FieldPlan & field, IPayload & value,
+        structcodec::Walk & walk);
+    void EncodeField(std::uint64_t position, std::uint32_t size, IPayload & payload, bool littleEndian);
     void ReplaceWord(std::uint64_t index, IPayload & payload);
-    void EncodeWideField(std::uint32_t position, IPayload & payload);
-    void DoDecode(std::uint32_t base, CMetadataDetailStruct & detail, CComplexPayload * out);
-    void DecodeStructField(std::uint32_t position, const CStructField & field, CComplexPayload & out);
-    void DecodeWideField(std::uint32_t position, const CStructField & field, CComplexPayload & out);
-    void DecodeArrayField(
-        std::uint32_t position, const CStructField & field, CComplexPayload & out, bool littleEndian);
-    void DecodeField(std::uint32_t position, std::uint32_t size, const CStructField * field,
-        CComplexPayload & out, bool littleEndian);
-    IPayload * NewArrayItem(std::uint32_t position, std::uint32_t bits, bool littleEndian) const;
+    void EncodeWords(std::uint64_t index, IPayload & payload);
+
+    // False if the metadata describes too many values.
+    bool DoDecode(std::uint32_t base, const structcodec::LayoutPlan & layout, CComplexPayload & out,
+        structcodec::Walk & walk);
+    bool DecodeAny(std::uint32_t position, const structcodec::FieldPlan & field, CComplexPayload & out,
+        bool littleEndian, structcodec::Walk & walk);
+    bool DecodeStruct(std::uint32_t position, const structcodec::FieldPlan & field, CComplexPayload & out,
+        structcodec::Walk & walk);
+    bool DecodeItems(std::uint64_t position, const structcodec::FieldPlan & field, CComplexPayload & out,
+        bool littleEndian, structcodec::Walk & walk);
+    void DecodeField(
+        std::uint64_t position, const structcodec::FieldPlan & field, CComplexPayload & out, bool littleEndian);
+
     bool ReadWords(IElementFactorySource & source);
     bool ReadOctets(IElementFactorySource & source, CComplexPayload * out);
-    bool Allocate(CMetadataDetailStruct & detail, const CStructPlan * plan);
+    bool Allocate(CMetadataDetailStruct & detail);
     std::uint64_t GetStructSizeInBits(CMetadataDetailStruct & detail);
     void CleanUp();
-
     structcodec::CWords Words() const;
-    bool CountPayload();
 
     std::uint16_t * mpWords;   // owned
     std::uint64_t mNumWords;   // mBitSize, rounded up to words
     std::uint64_t mBitSize;
     std::uint64_t mNumOctets;   // mBitSize, rounded up to octets
     bool mOctetsInBin;          // the raw form is one octet string
-    Walk mWalk;
 };
 
 }   // namespace VrexZynConfigTools
