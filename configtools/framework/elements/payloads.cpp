@@ -1,12 +1,9 @@
 #include <configtools/payloads.h>
 
-#include <algorithm>
 #include <cstring>
 #include <locale>
 #include <sstream>
 
-#include "payloadmaker.h"
-#include "payloadmemory.h"
 #include <configtools/readerwriter.h>
 #include <messages/trace.h>
 
@@ -43,47 +40,6 @@ std::string DifferenceText(PayloadTypeEnum leftType, const T & left, PayloadType
 }
 
 }   // namespace
-
-// Here and not in a source of their own, because the compiler puts them into the payloads' destructors then.
-void * IPayload::operator new(std::size_t size)
-{
-    return payloadmemory::Allocate(size);
-}
-
-void * IPayload::operator new(std::size_t size, const std::nothrow_t & tag) noexcept
-{
-    return payloadmemory::Allocate(size, tag);
-}
-
-void * IPayload::operator new(std::size_t size, std::align_val_t alignment)
-{
-    return ::operator new(size, alignment);
-}
-
-void * IPayload::operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t & tag) noexcept
-{
-    return ::operator new(size, alignment, tag);
-}
-
-void IPayload::operator delete(void * memory, std::size_t size) noexcept
-{
-    payloadmemory::Free(memory, size);
-}
-
-void IPayload::operator delete(void * memory, std::size_t /*size*/, std::align_val_t alignment) noexcept
-{
-    ::operator delete(memory, alignment);
-}
-
-void IPayload::operator delete(void * memory, const std::nothrow_t & tag) noexcept
-{
-    ::operator delete(memory, tag);
-}
-
-void IPayload::operator delete(void * memory, std::align_val_t alignment, const std::nothrow_t & tag) noexcept
-{
-    ::operator delete(memory, alignment, tag);
-}
 
 template <typename T>
 CPayload<T>::CPayload(T value, PayloadTypeEnum type)
@@ -337,71 +293,6 @@ std::string CEnumPayload::GetName()
 
     result = mName;
     return result;
-}
-
-std::vector<IPayload *> & CPayloadMaker::FieldsWithRoom(CComplexPayload & tree, std::size_t count)
-{
-    std::vector<IPayload *> & fields = tree.mFields;
-    if (fields.capacity() - fields.size() < count)
-        fields.reserve(std::max(fields.size() + count, 2 * fields.capacity()));
-    return fields;
-}
-
-template <typename PayloadT, typename T>
-[[gnu::noinline]] IPayload * CPayloadMaker::NewInFreshMemory(std::uint64_t value, const IMetadata * record)
-{
-    return new PayloadT(static_cast<T>(value), record);
-}
-
-template <typename PayloadT, typename T>
-IPayload * CPayloadMaker::New(std::uint64_t value, const IMetadata * record)
-{
-    // With the rare case in a function of its own this one needs no stack.
-    payloadmemory::Shelf * const shelf = payloadmemory::ShelfFor(sizeof(PayloadT));
-    void * const block = shelf != nullptr ? payloadmemory::TakeFromShelf(*shelf) : nullptr;
-    if (block == nullptr)
-        return NewInFreshMemory<PayloadT, T>(value, record);
-    return new (block) PayloadT(static_cast<T>(value), record);
-}
-
-IPayload * CPayloadMaker::NewNumber(NumericTypeEnum type, std::uint64_t value, const IMetadata * record)
-{
-    switch (type) {
-    case NUMERIC_INT8:
-        return New<CInt8Payload, std::int8_t>(value, record);
-    case NUMERIC_INT16:
-        return New<CInt16Payload, std::int16_t>(value, record);
-    case NUMERIC_INT32:
-        return New<CInt32Payload, std::int32_t>(value, record);
-    case NUMERIC_UINT8:
-        return New<CUint8Payload, std::uint8_t>(value, record);
-    case NUMERIC_UINT16:
-        return New<CUint16Payload, std::uint16_t>(value, record);
-    case NUMERIC_UINT32:
-        return New<CUint32Payload, std::uint32_t>(value, record);
-    case NUMERIC_UINT64:
-        return New<CUint64Payload, std::uint64_t>(value, record);
-    case NUMERIC_INT64:
-    case NUMERIC_NONE:
-        break;
-    }
-    return New<CInt64Payload, std::int64_t>(value, record);
-}
-
-IPayload * CPayloadMaker::NewEnumerator(const std::string & name, std::int32_t number, const IMetadata * record)
-{
-    auto * const payload = new CEnumPayload(name, number);
-    if (record != nullptr)
-        payload->CEnumPayload::Use(*record);
-    return payload;
-}
-
-CComplexPayload * CPayloadMaker::NewTree(const IMetadata * record)
-{
-    auto * const tree = new CComplexPayload(PAYLOAD_COMPLEX);
-    if (record != nullptr)
-        tree->CComplexPayload::Use(*record);
-    return tree;
 }
 
 }   // namespace VrexZynConfigTools

@@ -12,7 +12,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <new>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -20,7 +19,6 @@
 
 namespace VrexZynConfigTools {
 
-class CPayloadMaker;
 class IConfigContext;
 class IConfigWriter;
 class IMetadata;
@@ -60,23 +58,6 @@ public:
     /// Copies the value to `destination`, in the machine's byte order, and returns the bytes written; writes
     /// nothing and returns 0 if `maximum`, in bytes, is too small.
     virtual std::uint64_t WriteToMem(void * destination, std::uint64_t maximum) = 0;
-
-    /// Payloads are small and many. Those of the library's own sizes are kept for the next ones by the thread that
-    /// deletes them, which may be another than the one that made them; memory for all others, also for classes with an
-    /// alignment of their own and for arrays, comes from the global operators.
-    static void * operator new(std::size_t size);
-    static void * operator new(std::size_t size, const std::nothrow_t & tag) noexcept;
-    static void * operator new(std::size_t size, std::align_val_t alignment);
-    static void * operator new(
-        std::size_t size, std::align_val_t alignment, const std::nothrow_t & tag) noexcept;
-    static void * operator new(std::size_t /*size*/, void * place) noexcept { return place; }
-    static void operator delete(void * memory, std::size_t size) noexcept;
-    static void operator delete(void * memory, std::size_t size, std::align_val_t alignment) noexcept;
-
-    /// For a constructor that leaves by an exception.
-    static void operator delete(void * memory, const std::nothrow_t & tag) noexcept;
-    static void operator delete(void * memory, std::align_val_t alignment, const std::nothrow_t & tag) noexcept;
-    static void operator delete(void * /*memory*/, void * /*place*/) noexcept {}
 };
 
 /// `==` and `!=` for any two payload classes, by the virtual operation of the left one. Needed beside that operation:
@@ -159,13 +140,6 @@ public:
     IMetadata const * Metadata() override;
 
 protected:
-    /// For the library's own use: as the public one with `Use`, and unannounced.
-    CPayload(T value, PayloadTypeEnum type, IMetadata const * metadata) noexcept
-        : mValue(std::move(value))
-        , mType(type)
-        , mMetadata(metadata)
-    {}
-
     T mValue;
     PayloadTypeEnum mType;
     IMetadata const * mMetadata;   // not owned; null until Use is called
@@ -186,52 +160,24 @@ class CONFIGTOOLS_EXPORT CInt8Payload : public CPayload<std::int8_t>
 public:
     explicit CInt8Payload(std::int8_t value);
     std::string ToString() override;   // a number, never a character
-
-private:
-    friend class CPayloadMaker;
-
-    CInt8Payload(std::int8_t value, IMetadata const * metadata) noexcept
-        : CPayload<std::int8_t>(value, PAYLOAD_INT8, metadata)
-    {}
 };
 
 class CONFIGTOOLS_EXPORT CInt16Payload : public CPayload<std::int16_t>
 {
 public:
     explicit CInt16Payload(std::int16_t value);
-
-private:
-    friend class CPayloadMaker;
-
-    CInt16Payload(std::int16_t value, IMetadata const * metadata) noexcept
-        : CPayload<std::int16_t>(value, PAYLOAD_INT16, metadata)
-    {}
 };
 
 class CONFIGTOOLS_EXPORT CInt32Payload : public CPayload<std::int32_t>
 {
 public:
     explicit CInt32Payload(std::int32_t value);
-
-private:
-    friend class CPayloadMaker;
-
-    CInt32Payload(std::int32_t value, IMetadata const * metadata) noexcept
-        : CPayload<std::int32_t>(value, PAYLOAD_INT32, metadata)
-    {}
 };
 
 class CONFIGTOOLS_EXPORT CInt64Payload : public CPayload<std::int64_t>
 {
 public:
     explicit CInt64Payload(std::int64_t value);
-
-private:
-    friend class CPayloadMaker;
-
-    CInt64Payload(std::int64_t value, IMetadata const * metadata) noexcept
-        : CPayload<std::int64_t>(value, PAYLOAD_INT64, metadata)
-    {}
 };
 
 class CONFIGTOOLS_EXPORT CUint8Payload : public CPayload<std::uint8_t>
@@ -239,52 +185,24 @@ class CONFIGTOOLS_EXPORT CUint8Payload : public CPayload<std::uint8_t>
 public:
     explicit CUint8Payload(std::uint8_t value);
     std::string ToString() override;   // a number, never a character
-
-private:
-    friend class CPayloadMaker;
-
-    CUint8Payload(std::uint8_t value, IMetadata const * metadata) noexcept
-        : CPayload<std::uint8_t>(value, PAYLOAD_UINT8, metadata)
-    {}
 };
 
 class CONFIGTOOLS_EXPORT CUint16Payload : public CPayload<std::uint16_t>
 {
 public:
     explicit CUint16Payload(std::uint16_t value);
-
-private:
-    friend class CPayloadMaker;
-
-    CUint16Payload(std::uint16_t value, IMetadata const * metadata) noexcept
-        : CPayload<std::uint16_t>(value, PAYLOAD_UINT16, metadata)
-    {}
 };
 
 class CONFIGTOOLS_EXPORT CUint32Payload : public CPayload<std::uint32_t>
 {
 public:
     explicit CUint32Payload(std::uint32_t value);
-
-private:
-    friend class CPayloadMaker;
-
-    CUint32Payload(std::uint32_t value, IMetadata const * metadata) noexcept
-        : CPayload<std::uint32_t>(value, PAYLOAD_UINT32, metadata)
-    {}
 };
 
 class CONFIGTOOLS_EXPORT CUint64Payload : public CPayload<std::uint64_t>
 {
 public:
     explicit CUint64Payload(std::uint64_t value);
-
-private:
-    friend class CPayloadMaker;
-
-    CUint64Payload(std::uint64_t value, IMetadata const * metadata) noexcept
-        : CPayload<std::uint64_t>(value, PAYLOAD_UINT64, metadata)
-    {}
 };
 
 class CONFIGTOOLS_EXPORT CStringPayload : public CPayload<std::string>
@@ -380,8 +298,6 @@ public:
     IMetadata const * Metadata() override;
 
 protected:
-    friend class CPayloadMaker;
-
     PayloadTypeEnum mType;
     std::vector<IPayload *> mFields;
     IMetadata const * mMetadata;   // not owned; null until Use is called
