@@ -78,6 +78,44 @@ TEST(CPayload, inequality_goes_through_the_virtual_equality)
     EXPECT_TRUE(static_cast<const IPayload &>(left) == CStringPayload("", false));
 }
 
+/// A number that differs from every payload, itself included.
+struct UnequalToAll : CInt32Payload
+{
+    using CInt32Payload::CInt32Payload;
+    bool operator!=(CPayload<std::int32_t> const &) const override { return true; }
+};
+
+TEST(CPayload, inequality_reaches_what_the_left_class_has_of_its_own)
+{
+    const UnequalToAll left(1);
+    const CPayload<std::int32_t> & base = left;
+    const CInt32Payload & number = left;
+    EXPECT_TRUE(left != left);
+    EXPECT_TRUE(base != left);
+    EXPECT_TRUE(number != CInt32Payload(1));
+    EXPECT_FALSE(CInt32Payload(1) != left) << "the left one decides";
+    EXPECT_FALSE(static_cast<const IPayload &>(left) != left) << "an interface has no such operation";
+}
+
+/// The same of an enumerator, which has two such operations.
+struct UnequalEnumerator : CEnumPayload
+{
+    using CEnumPayload::CEnumPayload;
+    using CEnumPayload::operator!=;
+    bool operator!=(IPayload const &) const override { return true; }
+};
+
+TEST(CEnumPayload, inequality_reaches_what_the_left_class_has_of_its_own)
+{
+    const UnequalEnumerator left("one", 1);
+    const CEnumPayload & enumerator = left;
+    const CPayload<std::int32_t> & number = left;
+    EXPECT_TRUE(left != left);
+    EXPECT_TRUE(enumerator != left);
+    EXPECT_TRUE(number != left);
+    EXPECT_FALSE(CEnumPayload("one", 1) != left);
+}
+
 TEST(CPayload, tells_that_the_classes_differ)
 {
     const DebugCapture debug;

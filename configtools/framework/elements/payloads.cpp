@@ -270,6 +270,11 @@ std::string CEnumPayload::ToString()
     return GetName();
 }
 
+bool CEnumPayload::operator!=(CPayload<std::int32_t> const & other) const
+{
+    return operator!=(static_cast<const IPayload &>(other));
+}
+
 bool CEnumPayload::operator!=(IPayload const & other) const
 {
     bool result = false;

@@ -60,10 +60,20 @@ public:
     virtual std::uint64_t WriteToMem(void * destination, std::uint64_t maximum) = 0;
 };
 
-/// `==` and `!=` for any two payload classes, by the virtual operation of the left one. Needed beside that operation:
-/// C++20 also tries the operands turned round and would find two classes of different bases ambiguous. A class that
-/// overrides the operation is turned round all the same behind an `IPayload` on the left, unless it has a friend as
-/// the classes below do: C++20 prefers its member to a template.
+/// Whether a payload class has an `operator!=` of its own for a payload of another.
+template <typename LeftT, typename RightT, typename = void>
+struct HasInequality : std::false_type
+{};
+template <typename LeftT, typename RightT>
+struct HasInequality<LeftT, RightT,
+    std::void_t<decltype(std::declval<const LeftT &>().operator!=(std::declval<const RightT &>()))>>
+    : std::true_type
+{};
+
+/// `==` and `!=` for any two payload classes, by the virtual operation of the left one; `!=` of a class without one
+/// negates its `==`. Needed beside these operations: C++20 also tries the operands turned round and would find two classes
+/// of different bases ambiguous. A class that overrides the operation is turned round all the same behind an `IPayload` on
+/// the left, unless it has a friend as the classes below do: C++20 prefers its member to a template.
 template <typename LeftT, typename RightT>
 std::enable_if_t<std::is_base_of_v<IPayload, LeftT> && std::is_base_of_v<IPayload, RightT>, bool> operator==(
     const LeftT & left, const RightT & right)
@@ -74,7 +84,10 @@ template <typename LeftT, typename RightT>
 std::enable_if_t<std::is_base_of_v<IPayload, LeftT> && std::is_base_of_v<IPayload, RightT>, bool> operator!=(
     const LeftT & left, const RightT & right)
 {
-    return !static_cast<const IPayload &>(left).operator==(static_cast<const IPayload &>(right));
+    if constexpr (HasInequality<LeftT, RightT>::value)
+        return left.operator!=(right);
+    else
+        return !static_cast<const IPayload &>(left).operator==(static_cast<const IPayload &>(right));
 }
 
 /// What can carry a pointer to its description.
@@ -232,8 +245,8 @@ public:
 
     /// Number and name must be equal.
     bool operator==(IPayload const & other) const override;
-    std::string ToString() override;   // the name, as GetName
-    using CPayload<std::int32_t>::operator!=;
+    std::string ToString() override;                                        // the name, as GetName
+    bool operator!=(CPayload<std::int32_t> const & other) const override;   // as the next one
     virtual bool operator!=(IPayload const & other) const;
 
     /// As the template, for an interface on the left.
@@ -287,9 +300,10 @@ public:
     const void * RawData() override;   // always null
     std::string ToString() override;   // always empty
 
-    /// The fields one after the other, without alignment. A string field writes its object, not the characters that
-    /// `Length` counted, intended: the result may be more than `Length`, or less where an object no longer fits into
-    /// `maximum`. Only trees of numbers are of use here.
+    /// The fields one after the other, without alignment; the bytes written. Writes nothing and returns 0 if `maximum` is
+    /// less than `Length`. Each field is given the whole `maximum`, which doesn't shrink, intended: the total was checked
+    /// before. A string field writes its object and not the characters that `Length` counts; so with strings among the
+    /// fields the room that is needed is the sum of what the fields write, and having it is the caller's duty.
     std::uint64_t WriteToMem(void * destination, std::uint64_t maximum) override;
 
     /// Passes the metadata on to the fields, unless its address is the one already stored: a field added since then
