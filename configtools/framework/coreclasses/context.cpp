@@ -1,6 +1,6 @@
 #include <configtools/context.h>
 
-#include "contextfacts.h"
+#include "contextfollower.h"
 
 #include <configtools/keywords.h>
 #include <messages/trace.h>
@@ -37,7 +37,6 @@ CBaseContext::CBaseContext(const std::string & name, int subsystemType)
     CBaseContext::SetTag(keywords::TAG_SUBSYSTEM_TYPE, std::to_string(subsystemType));
 }
 
-// The facts are left out of every copy and move: equal change counts don't mean equal tags.
 CBaseContext::CBaseContext(const CBaseContext & other)
     : IConfigContext(other)
     , mName(other.mName)
@@ -54,7 +53,7 @@ CBaseContext::CBaseContext(CBaseContext && other) noexcept
 {
     ZYN_CONSTRUCTOR(GROUP_CORE_CLASSES, "VrexZynConfigTools::CBaseContext::CBaseContext");
 
-    other.mFacts.reset();
+    other.OnTagsChanged(nullptr);
 }
 
 CBaseContext & CBaseContext::operator=(const CBaseContext & other)
@@ -66,7 +65,7 @@ CBaseContext & CBaseContext::operator=(const CBaseContext & other)
     mName.swap(name);
     mTags.swap(tags);
     mChangeCount = other.mChangeCount;
-    mFacts.reset();
+    OnTagsChanged(nullptr);
     return *this;
 }
 
@@ -77,8 +76,8 @@ CBaseContext & CBaseContext::operator=(CBaseContext && other) noexcept
     mName = std::exchange(other.mName, {});
     mTags = std::exchange(other.mTags, {});
     mChangeCount = other.mChangeCount;
-    mFacts.reset();
-    other.mFacts.reset();
+    OnTagsChanged(nullptr);
+    other.OnTagsChanged(nullptr);
     return *this;
 }
 
@@ -112,6 +111,7 @@ void CBaseContext::SetTag(const std::string & key, const std::string & value)
 
     ++mChangeCount;   // also where nothing is changed in the end, intended
     const std::string loweredKey = stringutil::ToLower(key);
+    OnTagsChanged(&loweredKey);
     if (!value.empty()) {
         mTags.insert_or_assign(loweredKey, value);
         ZYN_TRACE(3, "Context key Set \"%s\" = \"%s\"", loweredKey.c_str(), value.c_str());
@@ -125,6 +125,7 @@ void CBaseContext::SetTags(const std::string & keyPart, const std::string & valu
     ZYN_SENTRY("VrexZynConfigTools::CBaseContext::SetTags");
 
     const std::string part = stringutil::ToLower(keyPart);
+    OnTagsChanged(nullptr);
     if (value.empty()) {
         mChangeCount += static_cast<std::uint32_t>(
             std::erase_if(mTags, [&part](const auto & tag) { return Contains(tag.first, part); }));
@@ -210,6 +211,12 @@ void CBaseContext::Parse(const std::string & text)
 }
 
 CBaseContext::~CBaseContext() = default;
+
+void CBaseContext::OnTagsChanged(const std::string * key) noexcept
+{
+    if (mFollower != nullptr)
+        mFollower->OnTagsChanged(key);
+}
 
 void CBaseContext::SetSubsystemType(int type)
 {

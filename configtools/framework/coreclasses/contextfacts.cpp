@@ -4,27 +4,52 @@
 #include <misc/stringutil.h>
 
 #include <list>
-#include <memory>
-#include <string>
+#include <map>
 
 namespace VrexZynConfigTools {
 
-CContextFacts * CContextFacts::Renew(IConfigContext & context)
-{
-    const std::type_info & type = typeid(context);
-    if (type != typeid(CZynContext) && type != typeid(CBaseContext))
-        return nullptr;
+namespace {
 
-    auto & base = static_cast<CBaseContext &>(context);
-    if (base.mFacts == nullptr)
-        base.mFacts = std::make_unique<CContextFacts>();
-    CContextFacts & facts = *base.mFacts;
-    if (facts.mVersion != base.mChangeCount) {
-        facts.mVersion = base.mChangeCount;
-        facts.mHasOptions = false;
-        facts.mPathStamp = 0;
+using Tags = std::map<std::string, std::string>;
+
+InsertModeEnum InsertModeIn(const Tags & tags)
+{
+    const auto found = tags.find(keywords::TAG_INSERT_MODE);
+    if (found == tags.end())
+        return InsertModeEnum::ADD;
+    const std::string mode = stringutil::ToLower(found->second);
+    if (mode == keywords::INSERT_OVERWRITE)
+        return InsertModeEnum::OVERWRITE;
+    return mode == keywords::INSERT_NEW ? InsertModeEnum::KEEP : InsertModeEnum::ADD;
+}
+
+std::uint32_t IndexIn(const std::string & value)
+{
+    return static_cast<std::uint32_t>(stringutil::DecimalToInt(value));
+}
+
+std::vector<std::uint32_t> IndicesIn(const Tags & tags)
+{
+    std::vector<std::uint32_t> indices;
+    if (tags.count(keywords::TAG_NUM_INDICES) == 0)
+        return indices;
+    for (const auto & [key, value] : tags) {
+        if (key.find(keywords::TAG_INDEX) != std::string::npos)
+            indices.push_back(IndexIn(value));
     }
-    return &facts;
+    return indices;
+}
+
+}   // namespace
+
+CContextFacts * CContextFacts::Make(IConfigContext & context)
+{
+    if (!IsChipContext(context) && typeid(context) != typeid(CBaseContext))
+        return nullptr;
+    auto & follower = static_cast<CBaseContext &>(context).mFollower;
+    if (follower == nullptr)
+        follower = std::make_unique<CContextFacts>();
+    return Known(context);
 }
 
 InsertModeEnum CContextFacts::InsertModeOf(IConfigContext & context)
@@ -44,26 +69,25 @@ std::vector<std::uint32_t> CContextFacts::IndicesOf(IConfigContext & context)
     if (context.TagMatches(keywords::TAG_NUM_INDICES, keywords::EMPTY))
         return indices;
     for (const std::string & value : context.GetTags(keywords::TAG_INDEX))
-        indices.push_back(static_cast<std::uint32_t>(stringutil::DecimalToInt(value)));
+        indices.push_back(IndexIn(value));
     return indices;
 }
 
+// As above, from the tags themselves.
 const CReadOptions & CContextFacts::ReadOptions(IConfigContext & context)
 {
-    if (!mHasOptions) {
-        mOptions.mInsertMode = InsertModeOf(context);
-        mOptions.mIndices = IndicesOf(context);
-        mOptions.mIsFiltered = !context.GetTag(keywords::TAG_LAYER_FILTER).empty();
-        mHasOptions = true;
+    if (!mOptions) {
+        const Tags & tags = static_cast<CBaseContext &>(context).mTags;
+        mOptions = { InsertModeIn(tags), tags.count(keywords::TAG_LAYER_FILTER) != 0, IndicesIn(tags) };
     }
-    return mOptions;
+    return *mOptions;
 }
 
-const CSearchPath & CContextFacts::KeepSearchPath(const CSearchPath & path, std::uint64_t stamp)
+void CContextFacts::OnTagsChanged(const std::string * key) noexcept
 {
-    mPath = path;
-    mPathStamp = stamp;
-    return mPath;
+    mOptions.reset();
+    if (mLayers != nullptr)
+        mLayers->OnTagsChanged(key);
 }
 
 }   // namespace VrexZynConfigTools

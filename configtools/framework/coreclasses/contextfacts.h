@@ -1,26 +1,26 @@
 /// What the layered store works out of a context's tags: the options of a read, and the subsystems of a lookup. Reading
 /// tags means lowering keys, searching a map and copying texts; done for every element and lookup that costs more
-/// than the work itself, so it is done once per change of the context and kept with it.
+/// than the work itself, so it is done once per change of the context and stored with it.
 ///
 /// Only contexts of exactly the library's own classes have facts, because any other class may compute its tags anew at
-/// each call. Every copy, move and assignment of a context drops its facts: equal change counts don't mean equal tags.
+/// each call.
 
 #ifndef CONFIGTOOLS_CONTEXTFACTS_H
 #define CONFIGTOOLS_CONTEXTFACTS_H
 
-#include <configtools/zyncontext.h>
-#include <messages/messages.h>
+#include "contextfollower.h"
+#include "selectedlayers.h"
 
-#include <array>
-#include <cstddef>
+#include <configtools/zyncontext.h>
+
 #include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
 #include <typeinfo>
 #include <vector>
 
 namespace VrexZynConfigTools {
-
-class CElementIndex;
-class CSubsystemConfig;
 
 /// How an element that is already stored counts, by the tag "insertmode".
 enum class InsertModeEnum
@@ -38,53 +38,48 @@ struct CReadOptions
     std::vector<std::uint32_t> mIndices;   // of a table row; empty for a plain key
 };
 
-/// The subsystems in which a lookup searches, topmost layer first.
-struct CSearchPath
-{
-    static constexpr std::size_t MAX_LENGTH = 16;   // layers 15 to 0
-
-    std::array<CSubsystemConfig *, MAX_LENGTH> mSubsystems;   // the first mLength are set
-    std::array<CElementIndex *, MAX_LENGTH> mIndexes;         // theirs, in the same order
-    std::size_t mLength = 0;
-};
-
-class CContextFacts
+class CContextFacts final : public IContextFollower
 {
 public:
-    /// The facts of `context`, up to date with its tags; they stay the context's. Null for foreign context classes and
-    /// while debug output is active: then the tags are to be read one by one, so that each access shows in the trace.
+    /// The facts of `context`; they stay the context's. Null for foreign context classes.
     static CContextFacts * Of(IConfigContext & context)
     {
-        if (CTheMsgHnd::DebugActivated())
-            return nullptr;
-        if (&typeid(context) == &typeid(CZynContext)) {
-            const auto & base = static_cast<const CBaseContext &>(context);
-            CContextFacts * const facts = base.mFacts.get();
-            if (facts != nullptr && facts->mVersion == base.mChangeCount)
-                return facts;
-        }
-        return Renew(context);
+        CContextFacts * const facts = IsChipContext(context) ? Known(context) : nullptr;
+        return facts != nullptr ? facts : Make(context);
+    }
+
+    /// The layers that a chip context selects. Null for contexts of any other class, which don't compute the keys of
+    /// subsystems or may do so in ways of their own.
+    static CSelectedLayers * LayersOf(IConfigContext & context)
+    {
+        return IsChipContext(context) ? &Of(context)->Layers() : nullptr;
     }
 
     /// These read the tags, whatever the class of the context.
     static InsertModeEnum InsertModeOf(IConfigContext & context);
     static std::vector<std::uint32_t> IndicesOf(IConfigContext & context);
 
-    /// The options of the context that has these facts, as last read, or read now.
+    /// The options of the context that has these facts.
     const CReadOptions & ReadOptions(IConfigContext & context);
 
-    /// The search path kept for a chip's set of subsystems, which `stamp` identifies; null if there is none.
-    const CSearchPath * SearchPath(std::uint64_t stamp) const { return mPathStamp == stamp ? &mPath : nullptr; }
-    const CSearchPath & KeepSearchPath(const CSearchPath & path, std::uint64_t stamp);
+    void OnTagsChanged(const std::string * key) noexcept override;
 
 private:
-    static CContextFacts * Renew(IConfigContext & context);
+    static bool IsChipContext(IConfigContext & context) { return &typeid(context) == &typeid(CZynContext); }
+    static CContextFacts * Known(IConfigContext & context)
+    {
+        return static_cast<CContextFacts *>(static_cast<CBaseContext &>(context).mFollower.get());
+    }
+    static CContextFacts * Make(IConfigContext & context);
+    CSelectedLayers & Layers()
+    {
+        if (mLayers == nullptr)
+            mLayers = std::make_unique<CSelectedLayers>();
+        return *mLayers;
+    }
 
-    std::uint32_t mVersion = 0;   // the change count of the context for which all below holds
-    bool mHasOptions = false;
-    CReadOptions mOptions;
-    std::uint64_t mPathStamp = 0;   // 0 for no path; no chip has the stamp 0
-    CSearchPath mPath;
+    std::optional<CReadOptions> mOptions;
+    std::unique_ptr<CSelectedLayers> mLayers;   // null before the first lookup
 };
 
 }   // namespace VrexZynConfigTools

@@ -21,10 +21,8 @@
 
 namespace VrexZynConfigTools {
 
-class CContextFacts;
 class CSubsystemConfig;
 class CWinnerLedger;
-struct CSearchPath;
 
 /// Looks up elements by a context that says subsystem and layer.
 class CONFIGTOOLS_EXPORT IElementProvider
@@ -121,12 +119,9 @@ private:
     friend class CWinnerLedger;
     static CSubsystemConfig & DiscardingSubsystem();
     CSubsystemConfig * FindSubsystem(IConfigContext & context);
-    template <typename LookUpT>
-    const CElement & TopmostSelected(IConfigContext & context, LookUpT lookUp) const;
+    struct KeySearch;
     template <typename VisitT>
-    void VisitSelected(IConfigContext & context, VisitT visit) const;
-    const CSearchPath & SearchPath(CContextFacts & facts, IConfigContext & context) const;
-    CSubsystemConfig * SubsystemOfLayer(IConfigContext & context) const;
+    void VisitSelected(IConfigContext & context, VisitT isAnswer) const;
     void SyncStoresFromCaller(IConfigReader & reader, IConfigContext & context);
     static void MergeStoreInfo(std::list<CStoreInfo *> & stores, const CStoreInfo & store);
     void OrderStoresByDevice();

@@ -18,7 +18,7 @@
 
 namespace VrexZynConfigTools {
 
-class CContextFacts;
+class IContextFollower;
 
 /// What every operation gets. The order of the virtual operations is a binary contract.
 class CONFIGTOOLS_EXPORT IConfigContext
@@ -112,14 +112,17 @@ public:
     std::map<std::string, std::string> Tags() const;
 
 protected:
-    friend class CContextFacts;
-
     std::string mName;
     std::map<std::string, std::string> mTags;   // keys in lower case, no empty value
     std::uint32_t mChangeCount = 0;             // counts the writes to the tags, and wraps
 
 private:
-    std::unique_ptr<CContextFacts> mFacts;   // what the layered store has worked out of the tags; null at first
+    friend class CContextFacts;
+
+    void OnTagsChanged(const std::string * key) noexcept;
+
+    std::unique_ptr<IContextFollower>
+        mFollower;   // what the layered store has worked out of the tags; null at first
 };
 
 /// The context that holds nothing, for where a context is required and none applies. It ignores every write;
