@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
 #include <list>
 #include <memory>
 #include <set>
@@ -240,12 +241,24 @@ private:
     void Merge()
     {
         if (!mRandom.Chance(20))
-            return;
+            return Retag();
         PooledContext & context = mContexts.Any();
         const bool overwrite = mRandom.Chance(20);
         mLast = "merge";
         mChip->MergeSubsystemsContext(*context.mContext, overwrite);
         mModel->Merge(context.mModel, overwrite);
+    }
+
+    /// Whoever has a chip may write the tags of its subsystems.
+    void Retag()
+    {
+        if (mModel->mSubsystems.empty())
+            return;
+        const auto at = static_cast<std::ptrdiff_t>(mRandom.Below(mModel->mSubsystems.size()));
+        const auto [tag, value] = mRandom.PlaceTag();
+        mLast = "retag " + tag + "=" + value;
+        std::next(mChip->Subsystems().begin(), at)->second->Context().SetTag(tag, value);
+        std::next(mModel->mSubsystems.begin(), at)->second->mContext.SetTag(tag, value);
     }
 
     void Remove()

@@ -37,6 +37,20 @@ TEST_F(CChipConfigDebugLines, tell_that_a_subsystem_was_found)
     EXPECT_EQ(Decisions("device "), Texts{ expected });
 }
 
+TEST_F(CChipConfigDebugLines, show_no_other_subsystem_asked_when_one_is_found_or_made)
+{
+    const auto linesOfStore = [this](int store) {
+        mDebug.Forget();
+        Create("subsystemtype=1;device=15;store=" + std::to_string(store));
+        return mDebug.Lines().size();
+    };
+    const std::size_t ofFirst = linesOfStore(100);
+    const std::size_t ofFirstAgain = linesOfStore(100);
+    for (int store = 101; store < 200; ++store)
+        EXPECT_EQ(linesOfStore(store), ofFirst);
+    EXPECT_EQ(linesOfStore(199), ofFirstAgain);
+}
+
 TEST_F(CChipConfigDebugLines, tell_of_a_reader_that_reports_no_stores)
 {
     Read("");

@@ -248,9 +248,12 @@ public:
         std::set<Winner> winners;
         for (const auto & [key, entry] : mFiltered) {
             const auto bar = key.find('|');
-            if (entry.mUid != NULL_ELEMENT)
-                winners.insert(
-                    { std::atoi(key.substr(0, bar).c_str()), entry.mLayer, key.substr(bar + 1), entry.mUid });
+            if (entry.mUid == NULL_ELEMENT)
+                continue;
+            const Winner winner{ std::atoi(key.substr(0, bar).c_str()), entry.mLayer, key.substr(bar + 1),
+                entry.mUid };
+            winners.erase(winner);   // of "02|key" and "2|key" the later one remains
+            winners.insert(winner);
         }
         return winners;
     }

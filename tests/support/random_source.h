@@ -112,7 +112,7 @@ public:
         static const std::vector<std::string> CHIPS{ "", "a", "A", "b" };
         static const std::vector<std::string> TYPES{ "0", "1", "1", "1", "2", "2", "10", "", "02" };
         static const std::vector<std::string> DEVICES{ "1", "2", "4", "15", "15", "14", "0", "12", "13", "",
-            "x" };
+            "x", "X" };
         static const std::vector<std::string> STORES{ "1", "1", "2", "2", "3", "0", "", "65537" };
         static const std::vector<std::string> LAYERS{ "", "1", "2", "3", "4", "15", "0", "junk", "17", "-1" };
         static const std::vector<std::string> FILTERS{ "", "", "", "1", "2", "3", "15", "-2", "-3", "0", "abc",

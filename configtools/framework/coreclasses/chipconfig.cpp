@@ -1,6 +1,7 @@
 #include <configtools/chipconfig.h>
 
 #include "stamp.h"
+#include "storeindex.h"
 #include "winnerledger.h"
 
 #include <configtools/keywords.h>
@@ -42,6 +43,7 @@ CWinnerLedger * CWinnerLedger::Of(IConfigReaderElementObserver * observer)
 
 CChipConfig::CChipConfig()
     : mWinners(std::make_unique<CWinnerLedger>())
+    , mStoreIndex(std::make_unique<CStoreIndex>())
     , mStamp(NewStamp())
 {
     ZYN_CONSTRUCTOR(GROUP_CORE_CLASSES, "VrexZynConfigTools::CChipConfig::CChipConfig");
@@ -76,8 +78,10 @@ CSubsystemConfig & CChipConfig::CreateAndAddSubsystem(IConfigContext & context)
     }
     std::unique_ptr<CSubsystemConfig> made(new CSubsystemConfig(*base, this, mWinners.get()));
     mSubsystems.emplace(key, made.get());
+    CSubsystemConfig & added = *made.release();   // the map owns it now
     mStamp = NewStamp();
-    return *made.release();   // the map owns it now
+    mStoreIndex->Add(added);
+    return added;
 }
 
 // Tags are compared, not keys, so that a further read finds the subsystems that have been filed by layer since. The
@@ -86,22 +90,14 @@ CSubsystemConfig * CChipConfig::FindSubsystem(IConfigContext & context)
 {
     ZYN_SENTRY("VrexZynConfigTools::CChipConfig::FindSubsystem");
 
-    const std::string store = context.GetTag(keywords::TAG_STORE);
-    const std::string type = context.GetTag(keywords::TAG_SUBSYSTEM_TYPE);
-    const std::string device = context.GetTag(keywords::TAG_DEVICE);
-    for (const auto & [key, subsystem] : mSubsystems) {
-        CBaseContext & known = subsystem->Context();
-        if (known.TagMatches(keywords::TAG_STORE, store) &&
-            known.TagMatches(keywords::TAG_SUBSYSTEM_TYPE, type) &&
-            known.TagMatches(keywords::TAG_DEVICE, device))
-        {
-            ZYN_TRACE(3, "device %s / store %s found in mSubsystems, so using the subsystem at 0x%08x",
-                device.c_str(), store.c_str(),
-                static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(subsystem)));
-            return subsystem;
-        }
+    const CPlaceTags wanted = PlaceTagsOf(context);
+    CSubsystemConfig * const found = mStoreIndex->Find(mSubsystems, wanted);
+    if (found != nullptr) {
+        ZYN_TRACE(3, "device %s / store %s found in mSubsystems, so using the subsystem at 0x%08x",
+            wanted.mDevice.c_str(), wanted.mStore.c_str(),
+            static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(found)));
     }
-    return nullptr;
+    return found;
 }
 
 // What is given to this one is deleted. It lives for ever, since callers may hold it as long as they like.
@@ -142,6 +138,7 @@ void CChipConfig::Clear()
     ZYN_SENTRY("VrexZynConfigTools::CChipConfig::Clear");
 
     mStamp = NewStamp();
+    mStoreIndex->Invalidate();
     for (const auto & [key, subsystem] : mSubsystems)
         delete subsystem;
     mSubsystems.clear();

@@ -2,6 +2,7 @@
 
 #include "contextfacts.h"
 #include "stamp.h"
+#include "storeindex.h"
 #include "winnerledger.h"
 
 #include <configtools/keywords.h>
@@ -190,6 +191,7 @@ void CChipConfig::AdoptLayerKeys(bool isLayered)
     mForgotten.swap(dropped);
     mSubsystems.swap(layered);
     mStamp = NewStamp();
+    mStoreIndex->Invalidate();
     std::for_each(
         mForgotten.begin() + static_cast<std::ptrdiff_t>(dropped.size()), mForgotten.end(), KeepForEver);
 }

@@ -40,6 +40,11 @@ std::vector<std::uint32_t> IndicesIn(const Tags & tags)
     return indices;
 }
 
+bool IsOfPlace(const std::string & key)
+{
+    return key == keywords::TAG_STORE || key == keywords::TAG_SUBSYSTEM_TYPE || key == keywords::TAG_DEVICE;
+}
+
 }   // namespace
 
 CContextFacts * CContextFacts::Make(IConfigContext & context)
@@ -88,6 +93,8 @@ void CContextFacts::OnTagsChanged(const std::string * key) noexcept
     mOptions.reset();
     if (mLayers != nullptr)
         mLayers->OnTagsChanged(key);
+    if (mIsPlaceChanged != nullptr && (key == nullptr || IsOfPlace(*key)))
+        *mIsPlaceChanged = true;
 }
 
 }   // namespace VrexZynConfigTools

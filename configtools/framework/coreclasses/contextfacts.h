@@ -18,6 +18,7 @@
 #include <optional>
 #include <string>
 #include <typeinfo>
+#include <utility>
 #include <vector>
 
 namespace VrexZynConfigTools {
@@ -62,6 +63,9 @@ public:
     /// The options of the context that has these facts.
     const CReadOptions & ReadOptions(IConfigContext & context);
 
+    /// `isChanged` becomes true when the context's store, subsystem type or device is written.
+    void WatchPlace(std::shared_ptr<bool> isChanged) noexcept { mIsPlaceChanged = std::move(isChanged); }
+
     void OnTagsChanged(const std::string * key) noexcept override;
 
 private:
@@ -80,6 +84,7 @@ private:
 
     std::optional<CReadOptions> mOptions;
     std::unique_ptr<CSelectedLayers> mLayers;   // null before the first lookup
+    std::shared_ptr<bool> mIsPlaceChanged;      // null if nobody watches
 };
 
 }   // namespace VrexZynConfigTools

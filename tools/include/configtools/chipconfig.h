@@ -21,6 +21,7 @@
 
 namespace VrexZynConfigTools {
 
+class CStoreIndex;
 class CSubsystemConfig;
 class CWinnerLedger;
 
@@ -135,6 +136,7 @@ private:
     std::list<CStoreInfo *> mStores;              // owned
     std::unique_ptr<CWinnerLedger> mWinners;      // which entries hold which element
     std::vector<CSubsystemConfig *> mForgotten;   // dropped by a read and kept for ever
+    std::unique_ptr<CStoreIndex> mStoreIndex;     // finds in mSubsystems what a walk would find
     std::uint64_t mStamp;                         // identifies this chip's present set of subsystems
 };
 
