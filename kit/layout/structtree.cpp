@@ -7,6 +7,7 @@
 #include <configtools/metadata.h>
 #include <configtools/payloads.h>
 #include <configtools/structcodec.h>
+#include <configtools/structlayout.h>
 
 #include <algorithm>
 #include <vector>
@@ -23,6 +24,21 @@ constexpr std::uint64_t MAX_WORDS = 1U << 20U;   // of one tree's wide fields
 std::uint64_t WholeWords(const CStructField & field)
 {
     return static_cast<std::uint64_t>(field.ElemBitWidth()) / CStructCodec::BITS_IN_UINT16;
+}
+
+std::string OctetsOfWords(CComplexPayload & words)
+{
+    std::string octets;
+    for (IPayload * const word : words.GetFields())
+        octets += OctetsOf(*word)->mText;
+    return octets;
+}
+
+void AddWithRecord(std::unique_ptr<IPayload> value, const IMetadata & record, CComplexPayload & to)
+{
+    if (auto * const user = dynamic_cast<IMetadataUser *>(value.get()))
+        user->Use(record);
+    to.AddField(value.release());
 }
 
 /// Makes the codec's tree of one instance. Every step is false once the error is known.
@@ -69,7 +85,7 @@ bool CTreeBuilder::BuildStruct(CComplexPayload & from, CMetadataDetailStruct & l
         return Fail("the metadata nests structs too deep");
     CValueList values(from, layout);
     for (const CStructField * const field : *layout.GetStructFields()) {
-        if (field->Metadata() == nullptr)
+        if (field == nullptr || field->Metadata() == nullptr)
             return Fail("a field of the struct has no metadata");
         mPath.push_back(field->Metadata()->Name());
         values.BeginField(*field->Metadata());
@@ -125,7 +141,7 @@ bool CTreeBuilder::BuildStructArray(const CStructField & field, CValueList & val
     CMetadataDetailStruct * const layout = LayoutOf(record);
     if (layout == nullptr)
         return false;
-    const std::uint64_t size = SizeInBits(*layout);
+    const std::uint64_t size = StructSizeInBits(*layout);
     const auto width = static_cast<std::uint64_t>(std::max(field.ElemBitWidth(), 0));
     const std::uint64_t held = size != 0 ? width / size : 0;
     CComplexPayload & list = AddList(to, nullptr);
@@ -170,7 +186,7 @@ bool CTreeBuilder::BuildArray(const CStructField & field, CValueList & values, C
     if ((held != 0 && found.size() > held) || values.IsSurplus(record))
         return Fail("the array has more items than the " + std::to_string(held) + " that its width holds");
     for (IPayload * const item : found) {
-        std::unique_ptr<IPayload> copy = CopyNumber(*item);
+        std::unique_ptr<IPayload> copy = ItemOf(*item, record);
         if (copy == nullptr)
             return Fail("an item of the array is no number");
         list.AddField(copy.release());
@@ -184,11 +200,21 @@ bool CTreeBuilder::BuildWords(const CStructField & field, CValueList & values, C
     IPayload * const value = TakeOne(record, values);
     if (value == nullptr)
         return false;
-    CComplexPayload & list = AddList(to, &record);
-    if (auto * const words = dynamic_cast<CComplexPayload *>(value))
-        return CopyWords(*words, field, list);
+    auto list = std::make_unique<CComplexPayload>(PAYLOAD_COMPLEX);
+    list->Use(record);
+    auto * const words = dynamic_cast<CComplexPayload *>(value);
     const auto octets = OctetsOf(*value);
-    return octets ? FillWords(*octets, field, list) : Fail("the value is no number and no text");
+    if (words == nullptr && !octets)
+        return Fail("the value is no number and no text");
+    if (words != nullptr ? !CopyWords(*words, field, *list) : !FillWords(*octets, field, *list))
+        return false;
+    if (!IsTextual(record))
+        to.AddField(list.release());
+    else
+        AddWithRecord(words == nullptr && !octets->mIsNumber ? CopyText(*value, record)
+                                                             : TextOfOctets(OctetsOfWords(*list), record),
+            record, to);
+    return true;
 }
 
 bool CTreeBuilder::CopyWords(CComplexPayload & from, const CStructField & field, CComplexPayload & to)
@@ -240,14 +266,18 @@ bool CTreeBuilder::BuildScalar(const CStructField & field, CValueList & values, 
     if (value == nullptr)
         return false;
     std::unique_ptr<IPayload> copy = CopyNumber(*value);
-    if (copy == nullptr)
+    const bool isText = copy == nullptr;
+    if (isText)
         copy = NumberOfText(*value, field);
     if (copy == nullptr)
         return Fail("the value is no number, and no text that fits into " +
                     std::to_string(field.ElemBitWidth()) + " bits");
-    if (auto * const user = dynamic_cast<IMetadataUser *>(copy.get()))
-        user->Use(record);
-    to.AddField(copy.release());
+    if (IsTextual(record)) {
+        std::string octets = OctetsOf(*copy)->mText;
+        octets.resize(static_cast<std::size_t>(std::clamp(field.ElemBitWidth(), 0, 64)) / 8, '\0');
+        copy = isText ? CopyText(*value, record) : TextOfOctets(std::move(octets), record);
+    }
+    AddWithRecord(std::move(copy), record, to);
     return true;
 }
 
@@ -269,17 +299,7 @@ Result CodecTree(CComplexPayload & instance, CMetadataDetailStruct & layout)
 
 std::uint64_t SizeInBits(CMetadataDetailStruct & layout)
 {
-    std::uint64_t size = 0;
-    for (const CStructField * const field : *layout.GetStructFields()) {
-        const int width = field->ElemBitWidth();
-        const IMetadata * const record = field->Metadata();
-        // In a struct that isn't little-endian the position of such a field names its last word.
-        const bool liesBelow = width > 16 && width <= 64 && record != nullptr && !record->IsArray() &&
-                               record->MetadataType() == METADATA_SIMPLE && !layout.IsLittleEndian();
-        const std::int64_t end = std::int64_t{ field->ElemLsbBitPos() } + (liesBelow ? 16 : width);
-        size = std::max(size, static_cast<std::uint64_t>(end));
-    }
-    return size;
+    return StructSizeInBits(layout);
 }
 
 std::uint64_t ItemsHeld(int widthInBits, const std::string & itemType)

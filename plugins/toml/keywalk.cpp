@@ -7,6 +7,7 @@
 #include <kit/layout/structtree.h>
 
 #include <configtools/keywords.h>
+#include <configtools/structlayout.h>
 
 #include <algorithm>
 #include <string_view>
@@ -307,7 +308,7 @@ std::uint64_t CKeyWalk::HeldByField(const IMetadata & record) const
     if (record.MetadataType() != METADATA_STRUCT)
         return kit::layout::ItemsHeld(mWidth, record.InternalType());
     auto * const layout = dynamic_cast<CMetadataDetailStruct *>(record.Details());
-    const std::uint64_t size = layout != nullptr ? kit::layout::SizeInBits(*layout) : 0;
+    const std::uint64_t size = layout != nullptr ? StructSizeInBits(*layout) : 0;
     return size != 0 ? static_cast<std::uint64_t>(std::max(mWidth, 0)) / size : 0;
 }
 

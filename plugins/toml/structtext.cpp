@@ -5,6 +5,7 @@
 
 #include <configtools/keywords.h>
 #include <configtools/structcodec.h>
+#include <configtools/structlayout.h>
 #include <kit/layout/structtree.h>
 
 #include <algorithm>
@@ -46,6 +47,8 @@ std::size_t SizeOf(const NumberType & type)
 // The bytes of a number or enumerator, the lowest first.
 std::optional<std::string> BytesOf(IPayload & payload)
 {
+    if (auto * const text = dynamic_cast<CStringPayload *>(&payload))
+        return text->GetValue();
     const bool isNumber = tomlconfig::NumberTypeOf(payload.Type()) != nullptr ||
                           dynamic_cast<CEnumPayload *>(&payload) != nullptr;
     char bytes[sizeof(std::uint64_t)] = {};
@@ -71,7 +74,7 @@ std::optional<std::string> WideBytes(IPayload & payload)
 {
     auto * const words = dynamic_cast<CComplexPayload *>(&payload);
     if (words == nullptr)
-        return std::nullopt;
+        return BytesOf(payload);
     std::string bytes;
     for (IPayload * const word : words->GetFields()) {
         const auto pair = word != nullptr ? BytesOf(*word) : std::nullopt;
@@ -120,8 +123,9 @@ std::optional<std::string> PlainText(IPayload & payload, const CStructField & fi
     if (record.MetadataType() == METADATA_ENUM)
         return isWide ? std::nullopt : EnumText(NumberOf(*bytes), record);
     if (IsTextual(record)) {
-        const std::size_t held = static_cast<std::size_t>(field.ElemBitWidth()) / 8;
-        return TextOfBytes(isWide ? *bytes : (*bytes + std::string(held, '\0')).substr(0, held), record);
+        const auto width = static_cast<std::size_t>(field.ElemBitWidth());
+        const std::size_t held = isWide ? width / 16 * 2 : width / 8;
+        return TextOfBytes((*bytes + std::string(held, '\0')).substr(0, held), record);
     }
     if (isWide)
         return WideNumberText(*bytes, field);
@@ -166,7 +170,7 @@ std::optional<std::string> ListText(IPayload & payload, std::uint64_t held, Text
 std::uint64_t StructsHeld(const CStructField & field)
 {
     auto * const layout = dynamic_cast<CMetadataDetailStruct *>(field.Metadata()->Details());
-    const std::uint64_t size = layout != nullptr ? kit::layout::SizeInBits(*layout) : 0;
+    const std::uint64_t size = layout != nullptr ? StructSizeInBits(*layout) : 0;
     return size != 0 ? static_cast<std::uint64_t>(std::max(field.ElemBitWidth(), 0)) / size : 0;
 }
 

@@ -7,7 +7,8 @@
 #include <support/scripted_source.h>
 
 #include <configtools/structcodec.h>
-#include <kit/layout/structtree.h>
+#include <kit/layout/packing.h>
+#include <kit/layout/scalars.h>
 
 #include <gmock/gmock.h>
 
@@ -184,15 +185,15 @@ protected:
         auto unpacked = std::make_unique<CElementStruct>(element.PsId(), element.Name(), true);
         unpacked->Use(*element.Metadata());
         for (IPayload * payload : element.GetPayloadCopy(false)) {
-            const kit::layout::Result result =
-                kit::layout::CodecTree(dynamic_cast<CComplexPayload &>(*payload), layout);
-            EXPECT_EQ(result.mError, "");
+            const kit::layout::Packed packed =
+                kit::layout::PackStruct(dynamic_cast<CComplexPayload &>(*payload), layout);
+            EXPECT_EQ(packed.mError, "");
+            std::vector<std::uint64_t> words;
+            for (std::size_t place = 0; place < packed.mOctets.size(); place += 2)
+                words.push_back(kit::layout::LowestFirst(packed.mOctets.substr(place, 2)));
             CStructCodec codec;
-            codec.Encode(*result.mTree, layout);
-            WordTaker words;
-            codec.Write(words, context);
             ScriptedSource source;
-            source.Numbers(words.mWords).Last();
+            source.Numbers(words).Last();
             auto * complex = new CComplexPayload(PAYLOAD_COMPLEX);
             unpacked->AddField(complex);
             bool more = false;
@@ -214,17 +215,6 @@ protected:
         EXPECT_EQ(Written({ unpacked.release() }), text);
         return text;
     }
-
-private:
-    class WordTaker : public RecordingWriter
-    {
-    public:
-        void WritePayload(IPayload & payload, IConfigContext & /*context*/) override
-        {
-            mWords.push_back(dynamic_cast<CUint16Payload &>(payload).GetValue());
-        }
-        std::vector<std::uint64_t> mWords;
-    };
 };
 
 TEST_F(BothForms, have_one_text)

@@ -1,6 +1,7 @@
 #include "trees.h"
 
 #include <configtools/metadata.h>
+#include <configtools/structlayout.h>
 #include <kit/layout/structtree.h>
 
 #include <gtest/gtest.h>
@@ -191,6 +192,14 @@ protected:
         const auto result = CodecTree(instance.Tree(), *key.mDetail);
         return result.mTree != nullptr ? Text(*result.mTree) : result.mError;
     }
+
+    std::string UnpackedText(const ARecord & field, int width, const std::vector<std::int64_t> & words)
+    {
+        const auto record = WithDetail(field);
+        StructRecord key{ ARecord(7).Named("Key") };
+        key.Add(*record, 0, width);
+        return Text(*CodecTree(ReadAsBlock(*key.mRecord, words).Tree(), *key.mDetail).mTree);
+    }
 };
 
 TEST_F(StructTreeOfOneField, fills_a_wide_number_up_with_its_sign_only_if_its_format_is_signed)
@@ -208,13 +217,23 @@ TEST_F(StructTreeOfOneField, holds_only_the_whole_words_of_a_wide_field)
     EXPECT_EQ(TreeText(ARecord(0).OfType("integer"), 72, ListSource({ -1 })), "((65535 65535 65535 65535))");
 }
 
-TEST_F(StructTreeOfOneField, makes_numbers_and_words_of_texts)
+TEST_F(StructTreeOfOneField, has_texts_as_texts_of_either_carrier)
 {
     const ARecord text = ARecord(0).Named("T").OfType("string").Within(0, 20);
 
-    EXPECT_EQ(TreeText(text, 24, ListSource({}, { "AB" })), "(16961)");
-    EXPECT_EQ(TreeText(text, 80, ListSource({}, { "ABC" })), "((16961 67 0 0 0))");
-    EXPECT_EQ(TreeText(text, 80, ListSource({}, { "\xFF" })), "((255 0 0 0 0))");
+    EXPECT_EQ(TreeText(text, 24, ListSource({}, { "AB" })), "(AB)");
+    EXPECT_EQ(TreeText(text, 80, ListSource({}, { "ABC" })), "(ABC)");
+    EXPECT_EQ(UnpackedText(text, 24, { 16961, 0 }), "(AB)");
+    EXPECT_EQ(UnpackedText(text, 64 + 16, { 16961, 67, 0, 0, 0 }), "(ABC)");
+    EXPECT_EQ(
+        UnpackedText(ARecord(text).OfType("octet_string"), 32, { 0xFF, 0 }), std::string("(\xFF\0\0\0)", 6));
+}
+
+TEST_F(StructTreeOfOneField, gives_unpacked_items_the_type_of_their_array)
+{
+    EXPECT_EQ(UnpackedText(ARecord(0).OfType("int8").Array(), 16, { 0x80FF }), "((-1 -128))");
+    EXPECT_EQ(UnpackedText(ARecord(0).OfType("uint8").Array(), 16, { 0x80FF }), "((255 128))");
+    EXPECT_EQ(UnpackedText(ARecord(0).OfType("int32").Array(), 32, { 0xFFFE, 0xFFFF }), "((-2))");
 }
 
 TEST_F(StructTreeOfOneField, refuses_a_text_that_the_field_does_not_hold)
@@ -235,7 +254,7 @@ TEST(StructTreeSizes, are_those_of_the_codec)
     for (const bool isLittleEndian : { true, false }) {
         StructRecord key{ ARecord(7).Named("Key"), isLittleEndian };
         key.Add(*number, 32, 32);
-        EXPECT_EQ(kit::layout::SizeInBits(*key.mDetail), isLittleEndian ? 64U : 48U);
+        EXPECT_EQ(StructSizeInBits(*key.mDetail), isLittleEndian ? 64U : 48U);
         CComplexPayload nothing(PAYLOAD_COMPLEX);
         EXPECT_EQ(Pack(nothing, *key.mDetail).size(), isLittleEndian ? 4U : 3U);
     }
