@@ -297,11 +297,6 @@ Result CodecTree(CComplexPayload & instance, CMetadataDetailStruct & layout)
     return result;
 }
 
-std::uint64_t SizeInBits(CMetadataDetailStruct & layout)
-{
-    return StructSizeInBits(layout);
-}
-
 std::uint64_t ItemsHeld(int widthInBits, const std::string & itemType)
 {
     const std::uint64_t bits = CStructCodec::BitsForInternalType(itemType);

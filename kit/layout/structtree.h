@@ -46,9 +46,6 @@ struct Result
 Result CodecTree(
     VrexZynConfigTools::CComplexPayload & instance, VrexZynConfigTools::CMetadataDetailStruct & layout);
 
-/// The bits that a struct takes on the device.
-std::uint64_t SizeInBits(VrexZynConfigTools::CMetadataDetailStruct & layout);
-
 /// How many items an array field holds; 0 where its type has no width.
 std::uint64_t ItemsHeld(int widthInBits, const std::string & itemType);
 

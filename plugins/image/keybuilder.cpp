@@ -11,7 +11,7 @@
 #include <configtools/keywords.h>
 #include <configtools/metadata.h>
 #include <configtools/structcodec.h>
-#include <kit/layout/structtree.h>
+#include <configtools/structlayout.h>
 
 namespace imageconfig {
 
@@ -111,7 +111,7 @@ std::unique_ptr<CElement> CKeyBuilder::BuildPart(
 std::unique_ptr<CElement> CKeyBuilder::BuildStructs(const RawKey & key, const IMetadata & record)
 {
     auto * const layout = dynamic_cast<CMetadataDetailStruct *>(record.Details());
-    const std::uint64_t bits = layout != nullptr ? kit::layout::SizeInBits(*layout) : 0;
+    const std::uint64_t bits = layout != nullptr ? StructSizeInBits(*layout) : 0;
     if (bits == 0 || bits > 8 * MAX_BYTES_OF_CHUNK) {
         Fail("the metadata describe a struct of " + std::to_string(bits) + " bits");
         return nullptr;

@@ -1,16 +1,14 @@
 #include "keypacker.h"
 
-#include "fittedtree.h"
 #include "image.h"
-#include "rawcatcher.h"
 #include "report.h"
 #include "words.h"
 
 #include <configtools/keywords.h>
 #include <configtools/metadata.h>
-#include <configtools/structcodec.h>
-#include <configtools/zyncontext.h>
-#include <kit/layout/structtree.h>
+#include <configtools/structlayout.h>
+#include <kit/layout/packing.h>
+#include <kit/layout/scalars.h>
 
 namespace imageconfig {
 
@@ -90,55 +88,42 @@ void CKeyPacker::AddStruct(IPayload & payload, const IMetadata & record)
         return Fail(layout == nullptr ? "the metadata have no fields of the struct"
                                       : "a struct was given a plain value");
     constexpr std::uint64_t MAX_BITS = 8 * MAX_BYTES_OF_CHUNK;
-    const std::uint64_t bits = kit::layout::SizeInBits(*layout);
+    const std::uint64_t bits = StructSizeInBits(*layout);
     if (bits > MAX_BITS)
         return Fail("the metadata describe a struct of " + std::to_string(bits) + " bits; a chunk holds " +
                     std::to_string(MAX_BITS));
-    const kit::layout::Result result = kit::layout::CodecTree(*instance, *layout);
-    if (result.mTree == nullptr)
-        return Fail(result.mError);
-    PackTree(*result.mTree, *layout);
-}
-
-void CKeyPacker::PackTree(CComplexPayload & tree, CMetadataDetailStruct & layout)
-{
-    std::string error;
-    const auto fitted = FittedTree(tree, layout, error);
-    if (fitted == nullptr)
-        return Fail(error);
     const CErrorsSetAside aside;   // the codec stops where an error stands, whosever it is
-    CStructCodec codec;
-    CRawCatcher catcher;
-    CZynContext context;
-    codec.Encode(*fitted, layout);
-    codec.Write(catcher, context);
-    if (const auto problem = TakeError())
-        return Fail(*problem);
-    AppendRaw(layout.IsOctetsInBin() ? Form::OCTETS : Form::WORDS, catcher.Data());
+    const kit::layout::Packed packed = kit::layout::PackStruct(*instance, *layout);
+    if (!packed.mError.empty())
+        return Fail(packed.mError);
+    for (const kit::layout::Change & change : packed.mChanges)
+        mChanges.push_back(change.mField + ": " + change.Text());
+    AppendRaw(layout->IsOctetsInBin() ? Form::OCTETS : Form::WORDS, packed.mOctets);
 }
 
 void CKeyPacker::AddNumber(IPayload & payload, const std::string & keyword)
 {
-    const auto type = TypeByKeyword(keyword);
-    const auto value = ValueOf(payload);
-    if (!type)
+    const NumberType * const type = TypeByKeyword(keyword);
+    const auto value = kit::layout::ValueOf(payload);
+    if (type == nullptr)
         return Fail("values of the type \"" + keyword + "\" have no raw form");
     if (!value)
         return Fail("a number was given another value");
-    if (!FitsInto(payload, *type))
-        return Fail("a value is out of range for the type \"" + keyword + '"');
+    const kit::layout::NumberForm form{ type->mBits, type->mIsSigned };
+    if (!form.Holds(*value))
+        mChanges.push_back("the value " + TextOf(*value) + " is out of range for the type \"" + keyword + '"');
     std::string data;
-    AppendWords(data, *value, type->Words());
+    AppendWords(data, form.Read(value->mBits), WordsOf(*type));
     AppendRaw(Form::WORDS, data);
 }
 
 void CKeyPacker::AddEnumerator(IPayload & payload)
 {
-    const auto value = ValueOf(payload);
-    if (!value || !FitsInto(payload, *TypeByPayload(PAYLOAD_INT32)))
+    const auto value = kit::layout::ValueOf(payload);
+    if (!value || !kit::layout::NumberForm{ 32, true }.Holds(*value))
         return Fail("an enumeration was given another value");
     std::string data;
-    AppendWords(data, *value, WORDS_OF_ENUM);
+    AppendWords(data, value->mBits, WORDS_OF_ENUM);
     AppendRaw(Form::WORDS, data);
 }
 
@@ -165,11 +150,12 @@ void CKeyPacker::AddByType(IPayload & payload)
         return AddText(payload);
     if (dynamic_cast<CEnumPayload *>(&payload) != nullptr)
         return AddEnumerator(payload);
-    const auto number = TypeByPayload(type);
-    if (!number)
+    const NumberType * const number = FindNumberType(type);
+    const auto value = kit::layout::ValueOf(payload);
+    if (number == nullptr || !value)
         return Fail(std::string("the fields of a structure") + NEEDS_METADATA);
     std::string data;
-    AppendWords(data, ValueOf(payload).value_or(0), number->Words());
+    AppendWords(data, value->mBits, WordsOf(*number));
     AppendRaw(Form::WORDS, data);
 }
 

@@ -9,11 +9,11 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace VrexZynConfigTools {
-class CMetadataDetailStruct;
 class IMetadata;
-}   // namespace VrexZynConfigTools
+}
 
 namespace imageconfig {
 
@@ -36,6 +36,9 @@ public:
     /// Why not.
     const std::string & Error() const { return mError; }
 
+    /// What wouldn't come back as it was added, a text for each value. The key is made all the same.
+    const std::vector<std::string> & Changes() const { return mChanges; }
+
     /// As `KeyName`.
     std::string Name() const;
 
@@ -50,8 +53,6 @@ private:
     void AddText(VrexZynConfigTools::IPayload & payload);
     void AddByType(VrexZynConfigTools::IPayload & payload);
     void AppendRaw(Form form, const std::string & data);
-    void PackTree(
-        VrexZynConfigTools::CComplexPayload & tree, VrexZynConfigTools::CMetadataDetailStruct & layout);
     void Fail(const std::string & text);
 
     RawKey mKey;
@@ -61,6 +62,7 @@ private:
     bool mIsPlain = true;                                       // words or octets, as a raw element has them
     bool mIsEmpty = true;                                       // nothing was added
     bool mHasText = false;                                      // a second one couldn't be told from the first
+    std::vector<std::string> mChanges;
     std::string mError;
 };
 

@@ -36,10 +36,10 @@ bool CRawSource::NextInt(const std::string & typeName, std::uint64_t & value, st
     value = 0;
     if (indexNumber != nullptr)
         return NextIndex(*indexNumber, value);
-    const auto type = TypeByKeyword(typeName);
-    if (!type)
+    const VrexZynConfigTools::NumberType * const type = TypeByKeyword(typeName);
+    if (type == nullptr)
         return Fail("values of the type \"" + typeName + "\" have no raw form");
-    const std::string_view words = Take(type->Words());
+    const std::string_view words = Take(WordsOf(*type));
     if (words.empty())
         return false;
     const auto number = ValueIn(words, *type);

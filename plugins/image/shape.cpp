@@ -3,7 +3,7 @@
 #include "words.h"
 
 #include <configtools/metadata.h>
-#include <kit/layout/structtree.h>
+#include <configtools/structlayout.h>
 
 #include <algorithm>
 
@@ -19,11 +19,11 @@ std::size_t BytesOfOne(const RawKey & key, const IMetadata & record)
     if (record.MetadataType() == METADATA_ENUM)
         return WORDS_OF_ENUM * BYTES_OF_WORD;
     if (auto * const layout = dynamic_cast<CMetadataDetailStruct *>(record.Details())) {
-        const auto bits = static_cast<std::size_t>(kit::layout::SizeInBits(*layout));
+        const auto bits = static_cast<std::size_t>(StructSizeInBits(*layout));
         return key.mForm == Form::OCTETS ? (bits + 7) / 8 : (bits + 15) / 16 * BYTES_OF_WORD;
     }
-    const auto type = TypeByKeyword(record.InternalType());
-    return type ? type->Words() * BYTES_OF_WORD : 0;
+    const NumberType * const type = TypeByKeyword(record.InternalType());
+    return type != nullptr ? WordsOf(*type) * BYTES_OF_WORD : 0;
 }
 
 std::string RangeText(std::int64_t least, std::int64_t most)

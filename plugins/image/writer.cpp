@@ -55,6 +55,8 @@ void CImageWriter::Begin(IConfigContext & context)
     mPlaces.clear();
     mChip.reset();
     mFindings = CFindings();
+    mChanges = CFindings();
+    mChecks = !context.TagMatches(keywords::TAG_NO_DATA_CHECK, std::string(keywords::VALUE_TRUE));
     mStore.reset();
     mElement.reset();
     mLosses.clear();
@@ -195,6 +197,8 @@ void CImageWriter::CloseElement()
     const auto key = mElement->Finish();
     if (!key)
         return mFindings.Add(StoreName() + ", " + mElement->Name() + ": " + mElement->Error());
+    for (const std::string & change : mElement->Changes())
+        (mChecks ? mFindings : mChanges).Add(StoreName() + ", " + mElement->Name() + ": " + change);
     if (mElement->LosesNameOrType())
         mLosses.push_back(mElement->Name());
     AddChunk({ mSubsystemType, key }, mElement->Name());
@@ -239,6 +243,8 @@ void CImageWriter::Finish()
     std::string reason;
     if (!mFile.Commit(ComposeImage(image), reason))
         return Refuse(std::string(keywords::ERROR_UNABLE_TO_WRITE_FILE) + " (" + reason + ')');
+    if (!mChanges.IsEmpty())
+        ReportWarning(mChanges.Text(mPath));
     WarnOfLosses();
 }
 

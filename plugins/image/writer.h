@@ -75,6 +75,8 @@ private:
     std::map<std::pair<std::optional<int>, std::optional<int>>, std::size_t> mPlaces;   // in mStores
     std::optional<std::string> mChip;
     CFindings mFindings;
+    CFindings mChanges;   // values that come back changed, without checks
+    bool mChecks = true;
     bool mIsRunning = false;              // between StartWrite and EndWrite, and nothing has gone wrong
     std::optional<std::size_t> mStore;    // of the subsystem that is open
     std::optional<int> mSubsystemType;    // the same

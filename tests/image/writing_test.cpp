@@ -152,12 +152,16 @@ TEST_F(ImageWriting, refuses_values_that_the_records_type_does_not_hold)
         element->Use(Record(id));
         return ErrorOfElement(element);
     };
-    const std::string range = ": a value is out of range for the type ";
-    EXPECT_EQ(write(5, new CUint16Payload(256)), "store 1 of eeprom, key 5 (Nuint8)" + range + "\"uint8\"");
-    EXPECT_EQ(write(5, new CInt8Payload(-1)), "store 1 of eeprom, key 5 (Nuint8)" + range + "\"uint8\"");
-    EXPECT_EQ(write(9, new CInt64Payload(-1)), "store 1 of eeprom, key 9 (Nuint64)" + range + "\"uint64\"");
+    const auto range = [](const std::string & value) {
+        return ": the value " + value + " is out of range for the type ";
+    };
     EXPECT_EQ(
-        write(4, new CUint64Payload(UINT64_MAX)), "store 1 of eeprom, key 4 (Nint64)" + range + "\"int64\"");
+        write(5, new CUint16Payload(256)), "store 1 of eeprom, key 5 (Nuint8)" + range("256") + "\"uint8\"");
+    EXPECT_EQ(write(5, new CInt8Payload(-1)), "store 1 of eeprom, key 5 (Nuint8)" + range("-1") + "\"uint8\"");
+    EXPECT_EQ(
+        write(9, new CInt64Payload(-1)), "store 1 of eeprom, key 9 (Nuint64)" + range("-1") + "\"uint64\"");
+    EXPECT_EQ(write(4, new CUint64Payload(UINT64_MAX)),
+        "store 1 of eeprom, key 4 (Nint64)" + range("18446744073709551615") + "\"int64\"");
     EXPECT_EQ(write(5, new CStringPayload("x", false)),
         "store 1 of eeprom, key 5 (Nuint8): a number was given another value");
     EXPECT_EQ(
@@ -174,13 +178,41 @@ TEST_F(ImageWriting, refuses_field_values_that_would_not_come_back)
         all[place] = value;
         return all;
     };
-    EXPECT_EQ(ErrorOfElement(Element(20, values(5, 8))), fit + "Fuint8: the value 8 doesn't fit into 3 bits");
+    EXPECT_EQ(
+        ErrorOfElement(Element(20, values(5, 8))), fit + "Inner.Fuint8: the value 8 doesn't fit into 3 bits");
     EXPECT_EQ(
         ErrorOfElement(Element(20, values(10, 32))), fit + "Fint16: the value 32 doesn't fit into 6 bits");
     EXPECT_EQ(
         ErrorOfElement(Element(20, values(10, -33))), fit + "Fint16: the value -33 doesn't fit into 6 bits");
     EXPECT_EQ(ErrorOfElement(Element(20, values(11, 1024))),
         fit + "Finteger: the value 1024 doesn't fit into 10 bits");
+}
+
+TEST_F(ImageWriting, refuses_each_field_value_that_the_format_changes)
+{
+    auto & key = mProvider.Struct(BT, ARecord(30).Named("Odd"));
+    const auto field = [this](const std::string & name) {
+        return &mProvider.NumberField(ARecord(0).Named(name).OfType("uint64").Within(0, INT64_MAX));
+    };
+    key.AddField("", field("Whole"), 0, 64);
+    key.AddField("", field("Crossing"), 74, 12);
+    key.AddField("", field("Right"), 96, 16);
+    const std::string odd = "store 1 of eeprom, key 30 (Odd): ";
+    EXPECT_EQ(ErrorOfElement(Element(30, { 5, 4095, 4095 })),
+        odd + "Whole: the value 5 comes back as 0, as a field of exactly 64 bits is unpacked as 0\n" + odd +
+            "Crossing: the value 4095 comes back as 63, as it does not reach into the next word");
+}
+
+TEST_F(ImageWriting, warns_of_values_that_the_format_changes_where_nothing_is_checked)
+{
+    CChipConfig chip;
+    Fill(chip, Element(20, { 2, 1, 2, 3, 4, 8, 600, 700, 11, -12, -7, 0x2AB }));
+    const StatusLog log;
+    ASSERT_TRUE(Write(chip, mPath, "nodatacheck=true")) << TakeError();
+    EXPECT_EQ(
+        log.mTexts, Lines{ mPath + ": store 1 of eeprom, key 20 (Fit): Inner.Fuint8: the value 8 doesn't fit "
+                                   "into 3 bits" });
+    EXPECT_NE(ContentOf(mPath), "");
 }
 
 TEST_F(ImageWriting, refuses_a_struct_that_does_not_fit_its_metadata)
