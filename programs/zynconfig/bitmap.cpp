@@ -1,5 +1,7 @@
 #include "bitmap.h"
 
+#include <configtools/metadata.h>
+#include <kit/layout/pieces.h>
 #include <kit/text/utf8.h>
 #include <workbench/shape.h>
 
@@ -10,6 +12,8 @@
 
 namespace zynconfig {
 
+using namespace VrexZynConfigTools;
+using namespace kit::layout;
 using namespace workbench;
 using kit::text::Columns;
 using kit::text::Cut;
@@ -21,7 +25,7 @@ namespace {
 constexpr int WORD_BITS = 16;
 constexpr std::size_t WIDEST_CELL = 6;   // the columns of a bit, with the line beside it
 constexpr std::size_t NARROWEST_CELL = 2;
-constexpr std::int64_t MOST_WORDS = 256;
+constexpr std::uint64_t MOST_WORDS = 256;
 constexpr std::string_view NOTHING = "-";    // bits of no field
 constexpr std::string_view CONFLICT = "!";   // bits of several fields
 
@@ -31,19 +35,16 @@ constexpr int SHARED = -2;
 /// Which piece holds each bit of a word, or FREE or SHARED.
 using WordBits = std::array<int, WORD_BITS>;
 
-std::vector<WordBits> BitsOf(const Layout & layout)
+std::vector<WordBits> BitsOf(const CFields & fields, const std::vector<Piece> & pieces)
 {
-    const auto words = static_cast<std::size_t>(
-        std::min<std::uint64_t>((layout.mBits + WORD_BITS - 1) / WORD_BITS, MOST_WORDS));
+    const auto words = static_cast<std::size_t>(std::min(fields.Layout().Words(), MOST_WORDS));
     WordBits free = {};
     free.fill(FREE);
     std::vector<WordBits> bits(words, free);
-    for (std::size_t i = 0; i < layout.mPieces.size(); ++i) {
-        const LaidPiece & piece = layout.mPieces[i];
-        if (piece.mWord < 0 || piece.mWord >= static_cast<std::int64_t>(words))
-            continue;
-        for (int bit = piece.mLowBit; bit < piece.mLowBit + piece.mCount; ++bit) {
-            int & holder = bits[static_cast<std::size_t>(piece.mWord)][static_cast<std::size_t>(bit)];
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        const BitRun & run = pieces[i].mRun;
+        for (std::uint32_t bit = run.mBit; run.mWord < words && bit < run.mBit + run.mCount; ++bit) {
+            int & holder = bits[run.mWord][bit];
             holder = holder == FREE ? static_cast<int>(i) : SHARED;
         }
     }
@@ -57,12 +58,13 @@ std::string ShortLabel(const std::string & label)
     return dot == std::string::npos ? label : label.substr(dot + 1);
 }
 
-std::string BitsText(const LaidPiece & piece)
+std::string BitsText(const Piece & piece)
 {
-    const std::string low = std::to_string(piece.mValueBit);
-    return piece.mIsWhole      ? ""
-           : piece.mCount == 1 ? ' ' + low
-                               : ' ' + std::to_string(piece.mValueBit + piece.mCount - 1) + ':' + low;
+    const BitRun & run = piece.mRun;
+    const std::string low = std::to_string(run.mValueBit);
+    return piece.mIsWhole    ? ""
+           : run.mCount == 1 ? ' ' + low
+                             : ' ' + std::to_string(run.mValueBit + run.mCount - 1) + ':' + low;
 }
 
 // The fullest of the texts that fits; none if none does.
@@ -73,7 +75,7 @@ std::optional<std::string> Fitting(const std::vector<std::string> & texts, std::
     return found == texts.end() ? std::nullopt : std::optional(*found);
 }
 
-std::optional<std::string> NameFor(const LaidPiece & piece, std::size_t width)
+std::optional<std::string> NameFor(const Piece & piece, std::size_t width)
 {
     const std::string label = Printable(piece.mLabel);
     const std::string bits = BitsText(piece);
@@ -92,9 +94,10 @@ std::string LetterNumber(std::size_t number)
 class CMapPainter
 {
 public:
-    CMapPainter(const Layout & layout, std::size_t cell, std::size_t margin)
-        : mLayout(layout)
-        , mBits(BitsOf(layout))
+    CMapPainter(const CFields & fields, const std::vector<Piece> & pieces, std::size_t cell, std::size_t margin)
+        : mFields(fields)
+        , mPieces(pieces)
+        , mBits(BitsOf(fields, pieces))
         , mCell(cell)
         , mMargin(margin)
     {
@@ -127,11 +130,11 @@ private:
 
     void ChooseLetters()
     {
-        std::vector<bool> isNeeded(mLayout.mFields.size(), false);
+        std::vector<bool> isNeeded(mFields.List().size(), false);
         for (const WordBits & bits : mBits) {
             ForEachRun(bits, [&](int holder, std::size_t width) {
-                if (holder >= 0 && !NameFor(Piece(holder), width))
-                    isNeeded[Piece(holder).mField] = true;
+                if (holder >= 0 && !NameFor(PieceOf(holder), width))
+                    isNeeded[PieceOf(holder).mField] = true;
             });
         }
         std::size_t count = 0;
@@ -167,7 +170,7 @@ private:
     {
         if (holder < 0)
             return std::string(holder == FREE ? NOTHING : CONFLICT);
-        const LaidPiece & piece = Piece(holder);
+        const Piece & piece = PieceOf(holder);
         const std::string & letter = mLetters[piece.mField];
         const std::string label = ShortLabel(Printable(piece.mLabel));
         const auto bracket = label.find('[');
@@ -185,60 +188,69 @@ private:
         return Padded(std::string((width - Columns(cut)) / 2, ' ') + cut, width);
     }
 
-    const LaidPiece & Piece(int holder) const { return mLayout.mPieces[static_cast<std::size_t>(holder)]; }
+    const Piece & PieceOf(int holder) const { return mPieces[static_cast<std::size_t>(holder)]; }
 
-    const Layout & mLayout;
+    const CFields & mFields;
+    const std::vector<Piece> & mPieces;
     std::vector<WordBits> mBits;
     std::size_t mCell;
     std::size_t mMargin;   // of the words' numbers
     std::vector<std::string> mLetters;
 };
 
-std::string ValuesText(const LaidField & field)
+std::string ValuesText(const Field & field)
 {
     if (IsRowOfWords(field))
         return "any";
-    const auto enumerators = EnumeratorsOf(*field.mMetadata);
-    return enumerators.empty() ? RangeText(*field.mMetadata) : ToText(enumerators);
+    const auto enumerators = EnumeratorsOf(*field.mEntry->mRecord);
+    return enumerators.empty() ? RangeText(*field.mEntry->mRecord) : ToText(enumerators);
 }
 
-void AddLegend(const Layout & layout, const std::vector<std::string> & letters, CLineMaker & lines)
+void AddLegend(const CFields & fields, const std::vector<std::string> & letters, CLineMaker & lines)
 {
     std::vector<Cells> rows;
-    for (std::size_t i = 0; i < layout.mFields.size(); ++i) {
-        const LaidField & field = layout.mFields[i];
+    for (std::size_t i = 0; i < fields.List().size(); ++i) {
+        const Field & field = fields.List()[i];
+        const IMetadata & record = *field.mEntry->mRecord;
+        // Bad metadata puts a field below 0.
+        const auto position = static_cast<std::int32_t>(field.mEntry->mPosition);
         rows.push_back({ letters.empty() ? "" : letters[i], Printable(field.mPath),
-            std::to_string(field.mPosition) + (field.mIsCarriedBack ? "" : " *"), std::to_string(field.mWidth),
-            TypeText(*field.mMetadata), ValuesText(field), Printable(field.mMetadata->Description()) });
+            std::to_string(position) + (field.mLoss == Loss::NONE ? "" : " *"),
+            std::to_string(field.mEntry->mWidth), TypeText(record), ValuesText(field),
+            Printable(record.Description()) });
     }
     AddTable({ "", "FIELD", "BIT", "WIDTH", "TYPE", "VALUES", "" }, rows, lines);
 }
 
-void AddNotes(const Layout & layout, CLineMaker & lines)
+void AddNotes(const CFields & fields, bool isCutOff, CLineMaker & lines)
 {
-    const bool isAllCarried = std::all_of(layout.mFields.begin(), layout.mFields.end(),
-        [](const LaidField & field) { return field.mIsCarriedBack; });
-    if (!isAllCarried)
+    const bool comesBack = std::all_of(fields.List().begin(), fields.List().end(),
+        [](const Field & field) { return field.mLoss == Loss::NONE; });
+    if (!comesBack)
         lines.AddWrapped("* The device does not give back every value of this field unchanged.", 2);
-    if (layout.mIsCutOff || layout.mBits > static_cast<std::uint64_t>(MOST_WORDS) * WORD_BITS)
+    if (!fields.Layout().Error().empty())
+        lines.AddWrapped("The library doesn't pack this struct: " + Printable(fields.Layout().Error()), 2);
+    if (isCutOff || fields.Layout().Words() > MOST_WORDS)
         lines.AddWrapped("There is more, which is left out here.", 2);
 }
 
 }   // namespace
 
-void AddBitMap(const Layout & layout, CLineMaker & lines)
+void AddBitMap(const CFields & fields, CLineMaker & lines)
 {
     constexpr std::size_t MARGIN = 6;
     const std::size_t cell = lines.Columns() > MARGIN + 2 ? (lines.Columns() - MARGIN - 2) / WORD_BITS : 0;
+    bool isCutOff = false;
+    const std::vector<Piece> pieces = PiecesOf(fields, isCutOff);
     if (cell < NARROWEST_CELL) {
-        AddLegend(layout, {}, lines);
+        AddLegend(fields, {}, lines);
     } else {
-        const CMapPainter painter(layout, std::min(cell, WIDEST_CELL), MARGIN);
+        const CMapPainter painter(fields, pieces, std::min(cell, WIDEST_CELL), MARGIN);
         painter.Paint(lines);
         lines.Add("");
-        AddLegend(layout, painter.Letters(), lines);
+        AddLegend(fields, painter.Letters(), lines);
     }
-    AddNotes(layout, lines);
+    AddNotes(fields, isCutOff, lines);
 }
 
 }   // namespace zynconfig

@@ -5,13 +5,13 @@
 
 #include "lines.h"
 
-#include <workbench/layout.h>
+#include <kit/layout/fields.h>
 
 namespace zynconfig {
 
 /// Draws names where there is room for them, and letters, which the legend tells, where there isn't. A terminal that is
 /// too narrow for the map gets the legend alone.
-void AddBitMap(const workbench::Layout & layout, CLineMaker & lines);
+void AddBitMap(const kit::layout::CFields & fields, CLineMaker & lines);
 
 }   // namespace zynconfig
 

@@ -92,18 +92,18 @@ void AddEnumerators(const IMetadata & metadata, CLineMaker & lines)
 
 void AddStruct(CMetadataDetailStruct & detail, CLineMaker & lines)
 {
-    const Layout layout = LayOut(detail);
-    const std::string bits = std::to_string(layout.mBits) + " bits in ";
-    const std::string form = detail.IsOctetsInBin()
-                                 ? std::to_string((layout.mBits + 7) / 8) + " octets"
-                                 : std::to_string((layout.mBits + 15) / 16) + " words of 16 bits";
+    const kit::layout::CFields fields(detail);
+    const CStructLayout & layout = fields.Layout();
+    const std::string bits = std::to_string(layout.Bits()) + " bits in ";
+    const std::string form = detail.IsOctetsInBin() ? std::to_string(layout.Octets()) + " octets"
+                                                    : std::to_string(layout.Words()) + " words of 16 bits";
     lines.Add("");
     lines.AddWrapped("The struct packs " + bits + form +
                          (detail.IsLittleEndian() ? "; the low word of a number comes first."
                                                   : "; the high word of a number comes first."),
         0);
     lines.Add("");
-    AddBitMap(layout, lines);
+    AddBitMap(fields, lines);
 }
 
 // Of a key that is no table.

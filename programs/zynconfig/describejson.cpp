@@ -2,7 +2,7 @@
 
 #include "json.h"
 
-#include <workbench/layout.h>
+#include <kit/layout/pieces.h>
 #include <workbench/shape.h>
 
 #include <cstdlib>
@@ -59,11 +59,13 @@ Json JsonOfIndices(const IMetadata & metadata)
     return indices;
 }
 
-Json JsonOfField(const LaidField & field)
+Json JsonOfField(const kit::layout::Field & field)
 {
-    Json json = { { "name", JsonText(field.mPath) }, { "position", field.mPosition }, { "width", field.mWidth },
-        { "carried_back", field.mIsCarriedBack } };
-    json.update(JsonOfShape(*field.mMetadata));
+    const StructEntry & entry = *field.mEntry;
+    Json json = { { "name", JsonText(field.mPath) },
+        { "position", static_cast<std::int32_t>(entry.mPosition) },   // below 0 with bad metadata
+        { "width", entry.mWidth }, { "carried_back", field.mLoss == kit::layout::Loss::NONE } };
+    json.update(JsonOfShape(*entry.mRecord));
     if (IsRowOfWords(field))
         json["range"] = nullptr;
     return json;
@@ -71,15 +73,17 @@ Json JsonOfField(const LaidField & field)
 
 Json JsonOfStruct(CMetadataDetailStruct & detail)
 {
-    const Layout layout = LayOut(detail);
+    const kit::layout::CFields layout(detail);
     Json fields = Json::array();
-    for (const LaidField & field : layout.mFields)
+    for (const kit::layout::Field & field : layout.List())
         fields.push_back(JsonOfField(field));
     Json bits = Json::array();
-    for (const LaidPiece & piece : layout.mPieces)
-        bits.push_back({ { "word", piece.mWord }, { "low", piece.mLowBit }, { "count", piece.mCount },
-            { "field", JsonText(piece.mLabel) }, { "value_bit", piece.mValueBit } });
-    return { { "bits", layout.mBits }, { "little_endian", detail.IsLittleEndian() },
+    bool isCutOff = false;
+    for (const kit::layout::Piece & piece : PiecesOf(layout, isCutOff))
+        bits.push_back(
+            { { "word", piece.mRun.mWord }, { "low", piece.mRun.mBit }, { "count", piece.mRun.mCount },
+                { "field", JsonText(piece.mLabel) }, { "value_bit", piece.mRun.mValueBit } });
+    return { { "bits", layout.Layout().Bits() }, { "little_endian", detail.IsLittleEndian() },
         { "octets", detail.IsOctetsInBin() }, { "fields", std::move(fields) }, { "map", std::move(bits) } };
 }
 

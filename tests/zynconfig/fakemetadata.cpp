@@ -110,8 +110,8 @@ private:
     void FillAudio()
     {
         auto & little = Struct(SUBSYSTEM_AUDIO, ARecord(784).Named("Little"));
-        little.AddField("", &NumberField(Field("Alpha", "uint8")), 0, 3);
-        little.AddField("", &NumberField(Field("Bravo", "uint8")), 3, 5);
+        little.AddField("", &NumberField(Field("Alpha", "uint8").Within(0, 7)), 0, 3);
+        little.AddField("", &NumberField(Field("Bravo", "uint8").Within(0, 31)), 3, 5);
         little.AddField("", &NumberField(Field("Charlie", "uint16")), 8, 16);
         little.AddField("", &EnumField(Field("Delta", "uint8"), { { "OFF", 0 }, { "ON", 1 } }), 24, 7);
         little.AddField("", &NumberField(Field("Echo", "uint32")), 32, 32);
@@ -137,10 +137,9 @@ private:
     void FillBoundless()
     {
         auto & wild = Struct(SUBSYSTEM_AUDIO, ARecord(790).Named("Wild"));
-        wild.AddField("", &NumberField(Field("Below", "uint32")), -40, 32);
         wild.AddField("", &NumberField(Field("One", "uint8")), 0, 8);
         wild.AddField("", &NumberField(Field("Two", "uint8")), 4, 8);
-        wild.AddField("", &NumberField(Field("Huge", "uint16").Array()), 16, 2000000000);
+        wild.AddField("", &NumberField(Field("Huge", "uint16").Array()), 16, 100000000);
         CMetadata & itself = StructField(ARecord(0).Named("Self"));
         dynamic_cast<CMetadataDetailStruct &>(*itself.Details()).AddField("", &itself, 0, 8);
         wild.AddField("", &itself, 0, 8);

@@ -1,6 +1,6 @@
 /// Which bits of a struct belong to which field: held against the codec, which packs them.
 
-#include <workbench/layout.h>
+#include <kit/layout/pieces.h>
 
 #include <support/memory_provider.h>
 
@@ -17,7 +17,7 @@
 #include <string>
 #include <vector>
 
-namespace workbench::test {
+namespace kit::layout::test {
 
 namespace {
 
@@ -57,15 +57,18 @@ std::vector<std::uint16_t> Packed(CComplexPayload & payload, CMetadataDetailStru
 }
 
 /// The words in which the pieces with this label have their share of `value`, and nothing else is set.
-std::vector<std::uint16_t> Drawn(const Layout & layout, const std::string & label, std::uint64_t value)
+std::vector<std::uint16_t> Drawn(CMetadataDetailStruct & detail, const std::string & label, std::uint64_t value)
 {
-    std::vector<std::uint16_t> words((layout.mBits + 15) / 16, 0);
-    for (const LaidPiece & piece : layout.mPieces) {
+    const CFields fields(detail);
+    bool isCutOff = false;
+    std::vector<std::uint16_t> words(fields.Layout().Words(), 0);
+    for (const Piece & piece : PiecesOf(fields, isCutOff)) {
         if (piece.mLabel != label)
             continue;
-        const std::uint64_t bits = (value >> piece.mValueBit) & ((1U << piece.mCount) - 1);
-        words.at(static_cast<std::size_t>(piece.mWord)) |= static_cast<std::uint16_t>(bits << piece.mLowBit);
+        const std::uint64_t bits = (value >> piece.mRun.mValueBit) & ((1U << piece.mRun.mCount) - 1);
+        words.at(piece.mRun.mWord) |= static_cast<std::uint16_t>(bits << piece.mRun.mBit);
     }
+    EXPECT_FALSE(isCutOff);
     return words;
 }
 
@@ -99,7 +102,7 @@ TEST_P(FieldLayout, is_where_the_codec_packs_the_field)
     payload.AddField(shape.mWidth == 16
                          ? static_cast<IPayload *>(new CUint16Payload(static_cast<std::uint16_t>(value)))
                          : new CUint64Payload(value));
-    EXPECT_EQ(Drawn(LayOut(detail), "F", value), Packed(payload, detail));
+    EXPECT_EQ(Drawn(detail, "F", value), Packed(payload, detail));
 }
 
 INSTANTIATE_TEST_SUITE_P(Rules, FieldLayout,
@@ -140,13 +143,12 @@ TEST(FieldsLayout, items_and_inner_structs_are_where_the_codec_packs_them)
     items->AddField(new CUint16Payload(0));
     items->AddField(new CUint16Payload(0));
 
-    const Layout layout = LayOut(detail);
-    EXPECT_EQ(Drawn(layout, "B[1].W", 0x12345678), Packed(payload, detail));
-    EXPECT_EQ(layout.mFields.size(), 3U);   // not one for each instance
+    EXPECT_EQ(Drawn(detail, "B[1].W", 0x12345678), Packed(payload, detail));
+    EXPECT_EQ(CFields(detail).List().size(), 3U);   // not one for each instance
     dynamic_cast<CUint32Payload &>(*dynamic_cast<CComplexPayload &>(*instances->GetFields()[1]).GetFields()[0])
         .SetValue(0);
     dynamic_cast<CUint16Payload &>(*items->GetFields()[1]).SetValue(0xBEEF);
-    EXPECT_EQ(Drawn(layout, "A[1]", 0xBEEF), Packed(payload, detail));
+    EXPECT_EQ(Drawn(detail, "A[1]", 0xBEEF), Packed(payload, detail));
 }
 
-}   // namespace workbench::test
+}   // namespace kit::layout::test
