@@ -1,5 +1,9 @@
 #include "bits.h"
 
+#include "records.h"
+
+#include <configtools/structlayout.h>
+
 #include <kit/text/utf8.h>
 
 #include <algorithm>
@@ -8,9 +12,14 @@ namespace workbench::compiler {
 
 using kit::text::Quoted;
 
+using namespace VrexZynConfigTools;
+
 namespace {
 
 constexpr std::int64_t WORD = 16;
+
+/// How much farther up fields are laid out here, so that what lies before the struct isn't cut off.
+constexpr std::int64_t SHIFT = 64;
 
 /// The bits from `mBegin` up to, but not including, `mEnd`.
 struct Span
@@ -20,37 +29,52 @@ struct Span
     const Field * mField;
 };
 
-// In a struct that isn't little-endian, the position of a field or array item of several words names its last word.
-bool ReachesDown(const Field & field, bool isLittleEndian)
+/// Whether a field lies where its position and width say; others are laid out in words whose last one has the position.
+bool IsNominal(const std::vector<Span> & spans, std::int64_t position)
 {
-    if (isLittleEndian || field.mTypeWord == nullptr || field.KindOf() == Kind::Structure)
-        return false;
-    const std::int64_t width = field.IsArray() ? field.mTypeWord->mBits : field.mWidth.mValue;
-    return width > WORD && width <= 4 * WORD;
+    return spans.empty() || spans.front().mBegin >= position / WORD * WORD;
 }
 
-std::int64_t WordBegin(std::int64_t bit)
+void AddRuns(const Field & field, const StructEntry & entry, std::vector<Span> & spans)
 {
-    return bit / WORD * WORD;
+    for (const BitRun & run : entry.mPacked) {
+        const std::int64_t begin = std::int64_t{ run.mWord } * WORD + run.mBit - SHIFT;
+        const std::int64_t count =
+            std::min<std::int64_t>(run.mCount, std::int64_t{ entry.mWidth } - run.mValueBit);
+        if (count > 0)
+            spans.push_back({ begin, begin + count, &field });
+    }
+    for (const StructEntry & part : entry.mParts)
+        AddRuns(field, part, spans);
+}
+
+// The lowest word of a number may be a partial one; what is above it is whole, as the items of an array are.
+std::vector<Span> Merged(std::vector<Span> spans, bool isArray)
+{
+    std::sort(spans.begin(), spans.end(),
+        [](const Span & left, const Span & right) { return left.mBegin < right.mBegin; });
+    const std::size_t begin = isArray ? 0 : 1;
+    if (spans.size() > begin + 1) {
+        spans[begin].mEnd = spans.back().mEnd;
+        spans.resize(begin + 1);
+    }
+    return spans;
 }
 
 void AddSpans(const Field & field, bool isLittleEndian, std::vector<Span> & spans)
 {
     const std::int64_t position = field.mPosition.mValue;
-    const std::int64_t width = field.mWidth.mValue;
-    if (!ReachesDown(field, isLittleEndian)) {
-        spans.push_back({ position, position + width, &field });
-        return;
+    std::vector<Span> words;
+    if (field.mTypeWord != nullptr && field.KindOf() != Kind::Structure) {
+        const CLevelRecords level({ &field }, isLittleEndian, SHIFT);
+        const CStructLayout levelLayout(level.Struct());
+        for (const StructEntry & entry : levelLayout.Entries())
+            AddRuns(field, entry, words);
+        words = Merged(std::move(words), field.IsArray());
     }
-    if (field.IsArray()) {   // the items stand shoulder to shoulder, each reaching down from its own position
-        const std::int64_t begin = WordBegin(position) - field.mTypeWord->mBits + WORD;
-        spans.push_back({ begin, begin + width, &field });
-        return;
-    }
-    const std::int64_t full = (width - 1) / WORD;   // words below which the partial one lies
-    const std::int64_t top = WordBegin(position) - full * WORD;
-    spans.push_back({ top, top + width - full * WORD, &field });
-    spans.push_back({ top + WORD, top + WORD + full * WORD, &field });
+    if (IsNominal(words, position))
+        words = { { position, position + field.mWidth.mValue, &field } };
+    spans.insert(spans.end(), words.begin(), words.end());
 }
 
 std::vector<Span> SpansOf(const Layout & layout)
@@ -110,14 +134,11 @@ void CheckOutside(const Layout & layout, const std::vector<Span> & spans, CSourc
 
 std::int64_t SizeOf(const Layout & layout)
 {
-    std::int64_t size = 0;
-    for (const Field & field : layout.mFields) {
-        // Intended, the device format is so: neither arrays nor enumerators count as reaching down here.
-        const bool isNumber = field.KindOf() != Kind::Enumeration && !field.IsArray();
-        const bool endsWithWord = isNumber && ReachesDown(field, layout.mLittleEndian.mValue);
-        size = std::max(size, field.mPosition.mValue + (endsWithWord ? WORD : field.mWidth.mValue));
-    }
-    return size;
+    std::vector<const Field *> fields;
+    for (const Field & field : layout.mFields)
+        fields.push_back(&field);
+    return static_cast<std::int64_t>(
+        StructSizeInBits(CLevelRecords(fields, layout.mLittleEndian.mValue, 0).Struct()));
 }
 
 void CheckBits(const Layout & layout, CSourceFindings & findings)

@@ -7,8 +7,7 @@
 
 namespace workbench::compiler {
 
-/// Warns of each field of a sound struct that the device format doesn't carry back unchanged. Nothing is known here of
-/// its rules: patterns are packed and unpacked by the library itself, and held against what comes back.
+/// Warns of each field of a sound struct that the device format doesn't carry back unchanged, with an example.
 void CheckCarriedBack(const Key & key, CSourceFindings & findings);
 
 }   // namespace workbench::compiler

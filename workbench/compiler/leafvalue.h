@@ -3,13 +3,20 @@
 #ifndef WORKBENCH_COMPILER_LEAFVALUE_H
 #define WORKBENCH_COMPILER_LEAFVALUE_H
 
-#include "packing.h"
 #include "source.h"
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace workbench::compiler {
+
+/// The value of anything but a struct.
+struct LeafValue
+{
+    std::vector<CNumber> mNumbers;   // one; of an array its items, of a field of more than 64 bits its words
+    std::string mText;               // of an enumerator its name
+};
 
 class CLeafReader
 {

@@ -28,6 +28,16 @@ NumberRange LimitsOf(const Item & item)
     }
 }
 
+void AddPlainDetails(const Item & item, CMetadata & record)
+{
+    if (item.KindOf() != Kind::Enumeration)
+        return record.SetDetails(*std::make_unique<CMetadataDetailSimple>(record).release());
+    auto enums = std::make_unique<CMetadataDetailEnum>(record);
+    for (const Enumerator & each : item.mValues.mValue)
+        enums->AddEnum(each.mName, std::to_string(each.mNumber));
+    record.SetDetails(*enums.release());
+}
+
 }   // namespace
 
 std::unique_ptr<CMetadata> MakeRecord(const Item & item, int uid, std::uint32_t psId, std::size_t indexCount)
@@ -76,15 +86,23 @@ void CStructRecords::AddField(const Field & field, CMetadataDetailStruct & detai
     mFields.emplace(&record, &field);
     if (field.KindOf() == Kind::Structure)
         AddStruct(*field.mLayout, false, record);
-    else if (field.KindOf() == Kind::Enumeration) {
-        auto enums = std::make_unique<CMetadataDetailEnum>(record);
-        for (const Enumerator & each : field.mValues.mValue)
-            enums->AddEnum(each.mName, std::to_string(each.mNumber));
-        record.SetDetails(*enums.release());
-    } else
-        record.SetDetails(*std::make_unique<CMetadataDetailSimple>(record).release());
+    else
+        AddPlainDetails(field, record);
     detail.AddField(field.mName.mValue, &record, static_cast<int>(field.mPosition.mValue),
         static_cast<int>(field.mWidth.mValue));
+}
+
+CLevelRecords::CLevelRecords(const std::vector<const Field *> & fields, bool isLittleEndian, std::int64_t shift)
+    : mStruct(std::make_unique<CMetadataDetailStruct>(mKey, isLittleEndian, false).release())
+{
+    mKey.SetDetails(*mStruct);
+    for (const Field * const field : fields) {
+        mRecords.push_back(MakeRecord(*field, 0, 0, 0));
+        if (field->KindOf() != Kind::Structure)
+            AddPlainDetails(*field, *mRecords.back());
+        mStruct->AddField(field->mName.mValue, mRecords.back().get(),
+            static_cast<int>(field->mPosition.mValue + shift), static_cast<int>(field->mWidth.mValue));
+    }
 }
 
 }   // namespace workbench::compiler

@@ -28,7 +28,8 @@ public:
     explicit CStructRecords(const Key & key);
 
     CMetadataDetailStruct & Struct() const { return *mStruct; }
-    const Field & FieldOf(const CStructField & field) const { return *mFields.at(field.Metadata()); }
+    const Field & FieldOf(const VrexZynConfigTools::IMetadata & record) const { return *mFields.at(&record); }
+    const Field & FieldOf(const CStructField & field) const { return FieldOf(*field.Metadata()); }
     static CMetadataDetailStruct & StructOf(const CStructField & field);
 
 private:
@@ -40,6 +41,21 @@ private:
         mRecords;   // details point at fields, which point at further ones of these
     std::map<const VrexZynConfigTools::IMetadata *, const Field *> mFields;
     CMetadataDetailStruct * mStruct;
+};
+
+/// Fields of one struct in records of their own, for their places and widths alone: a struct within it has no fields.
+class CLevelRecords
+{
+public:
+    /// `shift` is added to all positions.
+    CLevelRecords(const std::vector<const Field *> & fields, bool isLittleEndian, std::int64_t shift);
+
+    CMetadataDetailStruct & Struct() const { return *mStruct; }
+
+private:
+    CMetadata mKey;
+    std::vector<std::unique_ptr<CMetadata>> mRecords;
+    CMetadataDetailStruct * mStruct;   // the key's
 };
 
 }   // namespace workbench::compiler

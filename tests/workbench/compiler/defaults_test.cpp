@@ -16,6 +16,21 @@ const std::vector<Rule> RULES = {
         Keys(R"({ id = 1, name = "A", type = "struct", field = [
 { name = "x", type = "integer", position = 0, width = 80 }
 ], default = { x = [65535, 1, 2, 3, 65535] } })") },
+    Rule{ "a_value_that_does_not_come_back",
+        Keys(
+            R"({ id = 1, name = "A", type = "struct", default = { x = [{ y = 0 }, { y = 5 }], z = "B" }, field = [
+{ name = "x", type = "struct", array = 2, position = 0, field = [{ name = "y", type = "uint64", position = 0 }] },
+{ name = "z", type = "enum", position = 128, width = 16, values = { A = 0, B = 1 } }
+] })"),
+        { "1.toml:10:74: error: \"x[1].y\": the value 5 comes back as 0, as a field of exactly 64 bits is "
+          "unpacked as 0",
+            "1.toml:11:108: warning: the device format doesn't carry \"y\" back unchanged: "
+            "18446744073709551615 comes back as 0" },
+        Keys(
+            R"({ id = 1, name = "A", type = "struct", default = { x = [{ y = 0 }, { y = 5 }], z = "B" }, field = [
+{ name = "x", type = "struct", array = 2, position = 0, field = [{ name = "y", type = "uint32", position = 0 }] },
+{ name = "z", type = "enum", position = 128, width = 16, values = { A = 0, B = 1 } }
+] })") },
     Rule{ "a_number_out_of_range",
         Keys(R"({ id = 1, name = "A", type = "uint8", range = [0, 9], default = 10 })"),
         { "1.toml:10:65: error: \"A\": 10 is out of range; expected 0 to 9" },
