@@ -1,12 +1,28 @@
+/// @file
 /// The message channel: how the library, its plug-ins and tools report errors, status and debug lines.
 ///
-/// An error is a text and a code that stands in a message group until somebody clears it; it is held process-wide,
-/// so that any handler sees it. Nothing is written to a console or a file: a tool reads errors with `GetErrorMsg` and
-/// installs an `IMessageSink` for status messages and debug lines. What copies an error's text lets the allocator's
-/// `std::bad_alloc` out and has then changed nothing; nothing else here throws.
+/// An error is a text and a code in a message group, where it remains until somebody clears it. It is process-wide:
+/// every handler finds the error of every group. Nothing is written to a console or a file: a tool reads errors with
+/// `GetErrorMsg` or `ErrorRecords`, and installs an `IMessageSink` for status messages and debug lines. An operation
+/// that copies the text of an error passes `std::bad_alloc` on, and has changed nothing then; nothing else here
+/// throws.
 ///
-/// The channel is constant-initialised and never torn down: it works before any other static object is constructed
-/// and after the last one is destroyed. It takes no locks; one thread at a time.
+/// The channel is constant-initialised and never torn down: it works before any other static object is constructed and
+/// after the last one is destroyed. It takes no locks; use it from one thread at a time.
+///
+/// @code
+/// std::string ErrorOf(bool (*operation)())
+/// {
+///     using namespace VrexZynConfigTools;
+///     CMessageHandler & handler = CTheMsgHnd::GetAppropriateHandler(GROUP_FRAMEWORK, "ErrorOf", false);
+///     handler.ClearError(GROUP_FRAMEWORK);
+///     std::string text;
+///     short code = 0;
+///     operation();
+///     handler.GetErrorMsg(GROUP_FRAMEWORK, code, text);
+///     return text;   // empty where the operation left no error
+/// }
+/// @endcode
 
 #ifndef MESSAGES_MESSAGES_H
 #define MESSAGES_MESSAGES_H
@@ -17,6 +33,7 @@
 #include <string>
 #include <vector>
 
+/// Lets the compiler check the arguments of a function that takes those of `printf`.
 #if defined(__GNUC__)
 #define CONFIGTOOLS_PRINTF_FORMAT(formatIndex, firstArgument)                                                  \
     __attribute__((format(printf, formatIndex, firstArgument)))
@@ -26,26 +43,35 @@
 
 namespace VrexZynConfigTools {
 
-/// Who speaks. Errors are held by group. Tools and plug-ins may use any other number from 0 to 255 for their own.
+/// The origin of a message. Each group has at most one error at a time. Tools and plug-ins may use any other number
+/// from 0 to 255 for their own.
 enum GroupEnum : std::uint8_t
 {
+    /// `CHelper`, the base contexts, the layered store.
     GROUP_CORE_CLASSES = 5,
+    /// `CZynContext`.
     GROUP_CHIP_CONTEXT = 100,
+    /// Texts and files.
     GROUP_UTILITIES = 103,
-    GROUP_FRAMEWORK = 120,   // readers and writers leave their errors here
+    /// The rest of the library. Readers and writers leave their errors here too, and every `Write` tests it.
+    GROUP_FRAMEWORK = 120,
+    /// The source of an element factory: an error here ends the words of a struct.
     GROUP_OUTER_READER = 121
 };
 
-/// Severity of a status message.
+/// The severity of a status message.
 enum StatusLevels : int
 {
-    STATUS_WARNING = 2   // worth a look, but no error
+    /// Worth a look, but no error.
+    STATUS_WARNING = 2
 };
 
 /// Whether a finding makes a result unusable.
 enum SeverityEnum : int
 {
+    /// The result is not to be used.
     SEVERITY_ERROR = 0,
+    /// The result can be used, and a person should look at it.
     SEVERITY_WARNING = 1
 };
 
@@ -54,82 +80,109 @@ enum SeverityEnum : int
 /// It is plain data: who reports fills in what is known, and who handles it never needs to parse a text.
 struct ErrorRecord
 {
-    std::string mCode;   // a short stable identifier such as "unknown-key"; empty for an error that has none
+    /// A short stable identifier such as "unknown-key"; empty for an error that has none.
+    std::string mCode;
+    /// Whether the finding makes the result unusable.
     SeverityEnum mSeverity = SEVERITY_ERROR;
-    std::string mFile;           // the path as the caller gave it
-    std::uint32_t mLine = 0;     // from 1; 0 for no line
-    std::uint32_t mColumn = 0;   // from 1; 0 for no column
-    std::string mStore;          // such as "store 1 of eeprom"
-    std::string mSubsystem;      // such as "wlan"
-    std::string mKey;            // a key's name or number, with its indices: "gain.1.2"
-    std::string mField;          // of a struct, or of the file's own format
-    std::string mText;           // the message for people, without file, line and column
-    std::string mExpected;       // what would have been accepted, such as "0 to 100"
-    std::string mNearest;        // the known name that is most like the one that was found
+    /// The path as the caller gave it.
+    std::string mFile;
+    /// From 1; 0 for no line.
+    std::uint32_t mLine = 0;
+    /// From 1; 0 for no column.
+    std::uint32_t mColumn = 0;
+    /// The store, such as "store 1 of eeprom".
+    std::string mStore;
+    /// The subsystem, such as "wlan".
+    std::string mSubsystem;
+    /// A key's name or number, with its indices: "gain.1.2".
+    std::string mKey;
+    /// A field of a struct, or of the file's own format.
+    std::string mField;
+    /// The message for people, without file, line and column.
+    std::string mText;
+    /// What would have been accepted, such as "0 to 100".
+    std::string mExpected;
+    /// The known name that is most like the one that was found.
+    std::string mNearest;
 };
 
 /// One line of debug output as a sink gets it. All pointers are valid during the call only.
 struct DebugLine
 {
+    /// The group of the handler that writes the line.
     GroupEnum mGroup;
-    std::uint32_t mLevel;     // 0 entry and exit lines, 1 arguments, 2 accessors, 3 decisions
-    bool mIsExit;             // the exit line of a function
-    const char * mFunction;   // full name with its namespace
+    /// 0 for entry and exit lines, 1 for arguments, 2 for accessors, 3 for decisions.
+    std::uint32_t mLevel;
+    /// Whether this is the exit line of a function.
+    bool mIsExit;
+    /// The function's full name with its namespace.
+    const char * mFunction;
+    /// The source file, relative to the root of the sources.
     const char * mFile;
+    /// The line in that file.
     std::uint32_t mLine;
-    const char * mText;   // without a line end
+    /// The text, without a line end.
+    const char * mText;
 };
 
-/// Where debug lines and status messages go. What a sink throws is swallowed, and the line is lost. A sink may call
-/// the library; the lines and messages that this causes are not told to it.
+/// The receiver of debug lines and status messages; a tool implements it. What a sink throws is caught, and the line is
+/// lost. A sink may call the library; the lines and messages that this causes are not passed to it. The order of the
+/// virtual operations is a binary contract.
 class CONFIGTOOLS_EXPORT IMessageSink
 {
 public:
+    /// Receives one line, if debug output is on for its level.
     virtual void OnDebugLine(const DebugLine & line) = 0;
+
+    /// Receives one status message, whether debug output is on or not. `CTheMsgHnd::StatusRecord` returns its record.
     virtual void OnStatus(GroupEnum group, StatusLevels level, const std::string & text) = 0;
     virtual ~IMessageSink() = default;
 };
 
-/// Serves one message group. Handlers are made by the library only; get one from `CTheMsgHnd`.
+/// Serves one message group. The library alone makes handlers, one for each group, and they are never deleted;
+/// `CTheMsgHnd::GetAppropriateHandler` returns one.
 class CONFIGTOOLS_EXPORT CMessageHandler
 {
 public:
     CMessageHandler(const CMessageHandler &) = delete;
     CMessageHandler & operator=(const CMessageHandler &) = delete;
 
-    /// Records an error in this handler's group, in place of one that stands there. Always true. Where memory runs
-    /// out it throws `std::bad_alloc`, and the former error, or none, still stands.
+    /// Records an error in this handler's group, in place of the present one. The code of all errors of the library
+    /// is 0; the text is what differs. Always true. If memory runs out, `std::bad_alloc` passes through, and the
+    /// former error remains.
     bool SetErrorMsg(short code, const std::string & text);
 
-    /// As above, with a record of each finding that `text` describes, in the order of the text. They are cleared with
-    /// the error, and replaced with it.
+    /// As above, with a record of each finding that `text` describes, in the order of the text. They are removed with
+    /// the error.
     bool SetErrorMsg(short code, const std::string & text, std::vector<ErrorRecord> records);
 
-    /// Appends ": " and `text` to the error that stands in `group`; its code stays, `code` is not looked at.
-    /// False, and nothing changes, where no error stands. The text of the last record, if there is any, is amended too.
+    /// Appends ": " and `text` to the error of `group`, and to the text of its last record if it has records. Its code
+    /// stays; `code` is ignored. False, and nothing changes, if the group has no error.
     bool ModifyErrorMsg(short code, const std::string & text, GroupEnum group);
 
-    /// Whether an error stands in `group`, whichever handler recorded it. The flag has no meaning here; pass true.
+    /// Whether `group` has an error, whichever handler recorded it. `flag` is ignored; pass true.
     bool IsErrorSet(GroupEnum group, bool flag) const;
 
-    /// Forgets the error of `group`, if one stands.
+    /// Removes the error of `group`, if it has one.
     void ClearError(GroupEnum group);
 
-    /// The error that stands in `group`. False, with both arguments untouched, where none stands.
+    /// Sets `code` and `text` to those of the error of `group`. False, with both untouched, if it has none.
     bool GetErrorMsg(GroupEnum group, short & code, std::string & text) const;
 
-    /// The records of the error that stands in `group`, in the order of its text; empty where none stands. An error
-    /// that was recorded without any gives one for each line of its text, with nothing but the text.
+    /// The records of the error of `group`, in the order of its text; empty if it has no error. An error that was
+    /// recorded without records gives one for each line of its text, with nothing but the text.
     std::vector<ErrorRecord> ErrorRecords(GroupEnum group) const;
 
-    /// Passes a status message on to the sink. It is no error, and `IsErrorSet` doesn't see it.
+    /// Passes a status message on to the sink; without one it is lost. It is no error, and `IsErrorSet` ignores it.
     void NotifyStatus(StatusLevels level, const std::string & text);
 
-    /// As above, with a record of what `text` says, which a sink asks for with `CTheMsgHnd::StatusRecord`.
+    /// As above, with a record of what `text` says, which `CTheMsgHnd::StatusRecord` returns during the call of the
+    /// sink.
     void NotifyStatus(StatusLevels level, const std::string & text, const ErrorRecord & record);
 
-    /// Writes one debug line, in the manner of printf, if debug output is on for `level`; otherwise nothing.
-    /// `reserved` is not looked at; `isExit` marks the exit line of a function. A line that can't be written is lost.
+    /// Writes one debug line, composed as `printf` does, if debug output is on for `level` and there is a sink;
+    /// otherwise nothing. `reserved` is ignored; `isExit` marks the exit line of a function. A line that can't be
+    /// composed or that the sink throws at is lost.
     void DebugOutputInHandler(std::uint32_t level, bool reserved, bool isExit, const char * function,
         const char * file, std::uint32_t line, const char * format, ...) CONFIGTOOLS_PRINTF_FORMAT(8, 9);
 
@@ -141,35 +194,37 @@ private:
     Error * mError = nullptr;   // the error that stands in this group; null for none
 };
 
-/// The process-wide door to the message channel. Static operations only.
+/// The process-wide access to the message channel. All operations but the copies are static.
 class CONFIGTOOLS_EXPORT CTheMsgHnd
 {
 public:
     CTheMsgHnd(const CTheMsgHnd &) = delete;
     CTheMsgHnd & operator=(const CTheMsgHnd &) = delete;
 
+    /// The one object.
     static CTheMsgHnd & Instance() { return mInstance; }
 
-    /// The handler that serves `group`. It is the same for every function and flag, and asking has no side effect.
+    /// The handler that serves `group`: the same for every function and flag. The call has no side effect.
     static CMessageHandler & GetAppropriateHandler(GroupEnum group, const char * /*function*/, bool /*flag*/)
     {
         return mHandlers[group];
     }
 
-    /// Whether debug output is wanted at all. Test this before composing the text of a debug line.
+    /// Whether debug output is on at all. Test this before composing the text of a debug line: it is one comparison.
     static bool DebugActivated() { return mDebugLimit != 0; }
 
-    /// Switches debug output on for the levels 0 to `level`.
+    /// Switches debug output on for the levels 0 to `level`; 3 is the highest that the library uses.
     static void SetDebugLevel(std::uint32_t level);
 
+    /// Switches debug output off, as it is at the start of the process.
     static void SwitchDebugOff();
 
-    /// Where debug lines and status messages go; null discards them, and so it is at the start. The sink stays the
-    /// caller's and must outlive its use. Returns the sink so far.
+    /// Sets the receiver of debug lines and status messages, and returns the former one. Null discards them, as at the
+    /// start of the process. The sink stays the caller's and must exist until another one is set.
     static IMessageSink * SetSink(IMessageSink * sink);
 
-    /// For a sink, while it is given a status message: the record of it, valid during the call. Null for a message
-    /// without one, and at any other time.
+    /// For a sink, during `OnStatus`: the record of the message, valid during the call. Null for a message without one,
+    /// and at any other time.
     static const ErrorRecord * StatusRecord() { return mStatusRecord; }
 
 private:
@@ -194,9 +249,12 @@ inline bool CMessageHandler::IsErrorSet(GroupEnum group, bool /*flag*/) const
 class CMessageSinkGuard
 {
 public:
+    /// Installs `sink`, which may be null and has to outlive the guard.
     explicit CMessageSinkGuard(IMessageSink * sink)
         : mFormer(CTheMsgHnd::SetSink(sink))
     {}
+
+    /// Installs the former sink again.
     ~CMessageSinkGuard() { CTheMsgHnd::SetSink(mFormer); }
     CMessageSinkGuard(const CMessageSinkGuard &) = delete;
     CMessageSinkGuard & operator=(const CMessageSinkGuard &) = delete;
@@ -211,7 +269,8 @@ private:
 class CONFIGTOOLS_EXPORT CDebugSentry
 {
 public:
-    /// The texts are not copied and must outlive the sentry; literals do.
+    /// Writes the entry line if debug output is on. `line`, `file` and `function`, the full name, are the place of the
+    /// sentry. The texts are not copied and must outlive the sentry; literals do.
     CDebugSentry(CMessageHandler * handler, std::uint32_t line, const char * file, const char * function)
     {
         if (CTheMsgHnd::DebugActivated())
@@ -220,16 +279,18 @@ public:
     CDebugSentry(const CDebugSentry &) = delete;
     CDebugSentry & operator=(const CDebugSentry &) = delete;
 
+    /// Writes the exit line, unless it has been written.
     virtual ~CDebugSentry() { CheckPrintExit(); }
 
-    /// Writes the exit line, unless it has been written or none is due. Derived classes write theirs with the result.
+    /// Writes the exit line, unless it has been written or no entry line was. Derived classes write theirs, with the
+    /// result of the function.
     virtual void PrintExit();
 
 protected:
-    /// For a derived class that sets itself up only while debug output is on, and then calls `Enter`.
+    /// For a derived class that initialises itself only while debug output is on, and then calls `Enter`.
     CDebugSentry() = default;
 
-    /// Notes the arguments and writes the entry line.
+    /// Stores the arguments and writes the entry line.
     void Enter(CMessageHandler * handler, std::uint32_t line, const char * file, const char * function);
 
     /// For `PrintExit`: the handler to write to, once; null from then on, and when no exit line is due.
@@ -241,16 +302,20 @@ protected:
     }
 
     /// Writes the exit line through `PrintExit`, unless it has been written. The destructor of each derived class
-    /// calls it, before the base is left. Lets no exception out.
+    /// calls it, because the base can't reach the `PrintExit` of the derived class any more. Throws nothing.
     void CheckPrintExit()
     {
         if (mHandler != nullptr)
             PrintExitOnce();
     }
 
-    CMessageHandler * mHandler = nullptr;   // null when no exit line is due
-    std::uint32_t mLine;                    // set with mHandler, as the two below
+    /// Null if no exit line is to be written; else the three below are set.
+    CMessageHandler * mHandler = nullptr;
+    /// The line of the sentry.
+    std::uint32_t mLine;
+    /// The file of the sentry.
     const char * mFile;
+    /// The function's full name.
     const char * mFunction;
 
 private:
