@@ -1,16 +1,27 @@
+/// @file
 /// The types of numbers: one table of everything that follows from a type, and a way to get from a type that is known
 /// at run time to the C++ types behind it.
 ///
-///     if (const NumberType * type = FindNumberType("uint16"))
-///         std::cout << type->mBits << " bits, up to " << type->mMax;   // 16 bits, up to 65535
+/// @code
+/// #include <configtools/payloads.h>
 ///
+/// #include <memory>
+///
+/// std::unique_ptr<VrexZynConfigTools::IPayload> MakeNumber(
+///     std::string_view keyword, VrexZynConfigTools::NumericVariable value)
+/// {
+///     using namespace VrexZynConfigTools;
 ///     std::unique_ptr<IPayload> payload;
-///     VisitNumberType(NUMERIC_UINT16, [&](auto number) {
-///         payload = std::make_unique<typename decltype(number)::Payload>(value.*number.MEMBER);
-///     });
+///     if (const NumberType * const type = FindNumberType(keyword))   // "uint16": 16 bits, 0 to 65535
+///         VisitNumberType(type->mType, [&](auto number) {
+///             payload = std::make_unique<typename decltype(number)::Payload>(value.*number.MEMBER);
+///         });
+///     return payload;
+/// }
+/// @endcode
 ///
-/// A new type of numbers needs its enumerator, its keyword, its member of `NumericVariable`, its payload class and a row
-/// here; what else depends on it either follows from the table or doesn't compile until it is handled.
+/// A new type of numbers needs its enumerator, its keyword, its member of `NumericVariable`, its payload class and a
+/// row here; what else depends on it either follows from the table or doesn't compile until it is handled.
 
 #ifndef CONFIGTOOLS_NUMBERTYPES_H
 #define CONFIGTOOLS_NUMBERTYPES_H
@@ -38,16 +49,21 @@ class CUint16Payload;
 class CUint32Payload;
 class CUint64Payload;
 
-/// What belongs together for one type of numbers, as types: the value, the payload class (see `payloads.h`, which whoever
-/// uses it includes) and the member of `NumericVariable` that carries a value.
+/// What belongs together for one type of numbers, as types: the value, the payload class (see `payloads.h`, which
+/// whoever uses it includes) and the member of `NumericVariable` that carries a value.
 template <NumericTypeEnum TypeV, const char * KeywordV, auto MemberV, typename PayloadT>
 struct NumberClass
 {
+    /// The C++ type of a value.
     using Value = std::decay_t<decltype(std::declval<NumericVariable &>().*MemberV)>;
+    /// The payload class.
     using Payload = PayloadT;
 
+    /// The enumerator.
     static constexpr NumericTypeEnum TYPE = TypeV;
+    /// The type keyword, which is the internal type in metadata.
     static constexpr const char * KEYWORD = KeywordV;
+    /// The member of `NumericVariable`.
     static constexpr auto MEMBER = MemberV;
 };
 
@@ -65,14 +81,22 @@ using NumberClasses =
 /// The same facts as values.
 struct NumberType
 {
-    const char * mKeyword;   // the internal type that metadata give
+    /// The type keyword, which is the internal type in metadata.
+    const char * mKeyword;
+    /// The enumerator.
     NumericTypeEnum mType;
-    PayloadTypeEnum mPayload;   // of a payload that holds one value
-    std::uint32_t mBits;        // 8, 16, 32 or 64
+    /// The type code of a payload with one value.
+    PayloadTypeEnum mPayload;
+    /// 8, 16, 32 or 64.
+    std::uint32_t mBits;
+    /// Whether there are negative values.
     bool mIsSigned;
-    std::int64_t mMin;    // the least value
-    std::uint64_t mMax;   // the greatest value
+    /// The lowest value.
+    std::int64_t mMin;
+    /// The highest value.
+    std::uint64_t mMax;
 
+    /// The size of a value in bytes.
     constexpr std::size_t Bytes() const { return mBits / 8; }
 };
 
@@ -110,13 +134,13 @@ using NumberPositions = std::make_index_sequence<std::tuple_size_v<NumberClasses
 /// A row for each type, at the position of its `NumericTypeEnum`.
 inline constexpr auto NUMBER_TYPES = detail::MakeNumberTypes(detail::NumberPositions());
 
-/// Null for `NUMERIC_NONE` and for a number that is no enumerator.
+/// The row of this type; null for `NUMERIC_NONE` and for a number that is no enumerator.
 constexpr const NumberType * FindNumberType(NumericTypeEnum type)
 {
     return type >= 0 && type < NUMERIC_NONE ? &NUMBER_TYPES[static_cast<std::size_t>(type)] : nullptr;
 }
 
-/// The type of the number in a payload of this type; null if such a payload holds none.
+/// The row of the number in a payload with this type code; null if such a payload isn't a number.
 constexpr const NumberType * FindNumberType(PayloadTypeEnum type)
 {
     return FindNumberType(type >= 0 && type < static_cast<int>(NUMERIC_NONE)
@@ -124,7 +148,8 @@ constexpr const NumberType * FindNumberType(PayloadTypeEnum type)
                               : NUMERIC_NONE);
 }
 
-/// The type with this keyword; "integer" is the widest signed one. Null for any other text; case counts.
+/// The row with this keyword, compared with regard to case; "integer" is the widest signed type. Null for any other
+/// text.
 constexpr const NumberType * FindNumberType(std::string_view keyword)
 {
     if (keyword == keywords::TYPE_INTEGER)
@@ -135,8 +160,8 @@ constexpr const NumberType * FindNumberType(std::string_view keyword)
     return nullptr;
 }
 
-/// Calls `visitor` with the `NumberClass` of `type`. False, without a call, for `NUMERIC_NONE` and for a number that is no
-/// enumerator.
+/// Calls `visitor` with the `NumberClass` of `type`. False, without a call, for `NUMERIC_NONE` and for a number that
+/// is no enumerator.
 template <typename VisitorT>
 constexpr bool VisitNumberType(NumericTypeEnum type, VisitorT && visitor)
 {
