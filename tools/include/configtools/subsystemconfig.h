@@ -1,4 +1,13 @@
+/// @file
 /// The configuration of one subsystem in one device store: one layer of a chip's configuration.
+///
+/// @code
+/// std::string RowOf(VrexZynConfigTools::CSubsystemConfig & subsystem)
+/// {
+///     VrexZynConfigTools::CElement & row = subsystem.Element("GainTable.3.7");
+///     return row.IsValid() ? row.ToString() : "no such row";   // a miss is the null element
+/// }
+/// @endcode
 
 #ifndef CONFIGTOOLS_SUBSYSTEMCONFIG_H
 #define CONFIGTOOLS_SUBSYSTEMCONFIG_H
@@ -28,54 +37,67 @@ class CWinnerLedger;
 class CONFIGTOOLS_EXPORT CSubsystemConfig : public IConfigReaderElementObserver, public IWritable
 {
 public:
-    /// Clones the context. `observer`, which stays the caller's and may be null, is told of each element newly added.
+    /// An empty subsystem with a clone of `context`, and with its type. `OnElementFound` of `observer`, which stays the
+    /// caller's and may be null, is called for each element newly added; it must outlive the subsystem.
     CSubsystemConfig(CBaseContext & context, IConfigReaderElementObserver * observer);
     CSubsystemConfig(const CSubsystemConfig &) = delete;
     CSubsystemConfig & operator=(const CSubsystemConfig &) = delete;
+
+    /// Deletes the elements and the context.
     ~CSubsystemConfig() override;
 
     /// Writes the elements in order until one fails. Elements with the number 0 are passed over, intended: they
     /// carry no key that a writer could use.
     bool Write(IConfigWriter & writer, IConfigContext & context) override;
 
-    /// Sum of the elements' sizes, in bytes.
+    /// The sum of the sizes of all elements, in bytes.
     std::uint64_t Size();
 
-    /// The subsystem type as the context told it at construction.
+    /// The subsystem type, from the tag "subsystemtype" of the context given at construction; a later change of the tag
+    /// has no effect here.
     unsigned short Type();
 
-    /// The element with this number, table rows included; of several the one added last.
+    /// The element with this number, table rows included; of several the one added last. The null element if there is
+    /// none.
     CElement & Element(std::uint32_t id);
 
-    /// The element with this key text; of several the first, where the form above gives the last, intended. A text
-    /// without indices finds no table rows.
+    /// The element with this key text. Of several it is the first, where the form above returns the last, intended:
+    /// tools that work by number read a key again and expect the newest, tools that work by text show the first. A
+    /// text without indices finds no table rows. The null element if there is none.
     CElement & Element(const std::string & key);
 
-    /// All elements in order of arrival; or those with one number.
+    /// All elements in order of arrival; list and elements stay the subsystem's.
     const std::list<CElement *> & Elements();
+
+    /// The elements with this number, table rows included, in order of arrival; they stay the subsystem's.
     const std::list<CElement *> Elements(std::uint32_t id);
 
-    /// Whether the first element with this number has no payload bytes; true also if there is no such element.
+    /// Whether the first element with this number has no payload bytes; true also if there is no such element. Further
+    /// elements with the number play no part.
     bool ElementsIsEmpty(std::uint32_t id);
 
     /// Removes and deletes every element that key and indices select. With null, plain elements and what the text's
     /// own indices name; else the rows with these indices (and plain elements, whatever the indices, intended: a plain
     /// element is the same as any row of its number). The number is looked up by its decimal text, intended: above
     /// 2147483647 that is no number but a name, and what is removed are the elements of that name.
+    ///@{
     void RemoveElement(std::uint32_t id, const std::vector<std::uint32_t> * indices);
     void RemoveElement(const std::string & key, const std::vector<std::uint32_t> * indices);
+    ///@}
 
-    /// The subsystem's own context; stays the subsystem's.
+    /// The subsystem's own context, which stays the subsystem's. Changes are allowed: a chip configuration finds the
+    /// subsystem by its tags.
     CBaseContext & Context();
 
-    /// Copies the tags of `source` into the subsystem's context; without `overwrite` only those it has no value for.
+    /// Copies the tags of `source` into the subsystem's context; without `overwrite` only those that it doesn't have.
     void MergeContext(CBaseContext & source, bool overwrite);
 
 private:
     friend class CChipConfig;
     using ElementList = std::list<CElement *>;
 
-    /// As a chip makes its subsystems: `winners`, which stays the chip's and may be null, is notified of elements that go.
+    /// As a chip makes its subsystems: `winners`, which stays the chip's and may be null, is notified of elements
+    /// that go.
     CSubsystemConfig(CBaseContext & context, IConfigReaderElementObserver * observer, CWinnerLedger * winners);
 
     /// Takes ownership of `element` and is always true. With indices in the context ("num_indices" present, and the
