@@ -1,4 +1,9 @@
-/// What the metadata knows about one chip system, asked in the tool's words.
+/// What the metadata know about one chip system, asked in the words of people.
+///
+///     workbench::CCatalog catalog(*session.Metadata(), session.ReadContext(), session.Sink());
+///     if (catalog.Select("trindle7"))
+///         for (const workbench::Record & record : catalog.Records())
+///             Show(workbench::SubsystemName(record.mSubsystem), record.mMetadata->Name());
 
 #ifndef WORKBENCH_CATALOG_H
 #define WORKBENCH_CATALOG_H
@@ -17,10 +22,14 @@
 
 namespace workbench {
 
+/// What the metadata say about a key.
 struct Record
 {
+    /// The type of the key's subsystem.
     int mSubsystem;
-    const VrexZynConfigTools::IMetadata * mMetadata;   // the provider's, never null
+
+    /// The provider's, and valid as long as it; never null.
+    const VrexZynConfigTools::IMetadata * mMetadata;
 };
 
 /// Beside what the operations return: what is wrong with a question goes to the sink.
@@ -44,6 +53,7 @@ public:
     /// The label of the selected chip. Empty where the selected system has several chips and none was named.
     const std::string & Chip() const { return mChip; }
 
+    /// The caller's, for questions of other kinds.
     VrexZynConfigTools::IMetadataProvider & Provider() const { return mProvider; }
 
     /// A context that selects the system and, with a type, a subsystem.
@@ -59,14 +69,14 @@ public:
     std::vector<Record> Records(int subsystem = NO_NUMBER) const;
 
     /// The keys that match `[SUBSYSTEM:]PATTERN`: by name, with the wildcards of a shell and without regard to case, or
-    /// by number. An empty pattern, or "*" for a subsystem, matches all. A pattern that no key matches is a finding, and
-    /// so is an unknown subsystem, for which there is no result.
+    /// by number. An empty pattern, or "*" for a subsystem, matches all. A pattern that no key matches is a finding,
+    /// and so is an unknown subsystem, for which there is no result.
     std::optional<std::vector<Record>> RecordsLike(const std::string & pattern) const;
 
     /// The record of a key in a subsystem; null if there is none.
     const VrexZynConfigTools::IMetadata * Find(int subsystem, std::uint32_t id) const;
 
-    /// The one key that the text names.
+    /// The one key that the text names. None if there is no such key, or keys of several subsystems have the name.
     std::optional<Record> Find(const KeyText & text) const;
 
     /// The key with the indices that the text tells, each by its number or the name of an enumerator.

@@ -1,4 +1,7 @@
-/// Holds what a session has read against its metadata.
+/// Compares what a session has read with its metadata.
+///
+///     session.Read(files);
+///     const bool isSound = workbench::Check(session);   // the sink has what is wrong
 
 #ifndef WORKBENCH_CHECK_H
 #define WORKBENCH_CHECK_H

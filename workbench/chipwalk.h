@@ -1,4 +1,9 @@
 /// A walk over everything that a chip configuration holds.
+///
+///     std::size_t values = 0;
+///     workbench::ForEachElement(session.Chip(), [&](const workbench::ChipEntry &) { ++values; });
+///
+/// The chip must not be changed during the walk.
 
 #ifndef WORKBENCH_CHIPWALK_H
 #define WORKBENCH_CHIPWALK_H
@@ -10,16 +15,24 @@
 
 namespace workbench {
 
+/// An element and where it is. Valid as long as the chip has the element.
 struct ChipEntry
 {
-    VrexZynConfigTools::CBaseContext * mContext;   // the subsystem's
-    VrexZynConfigTools::CElement * mElement;       // the chip's
+    /// The context of the element's subsystem, which the chip owns.
+    VrexZynConfigTools::CBaseContext * mContext;
+
+    /// Never null; the chip owns it.
+    VrexZynConfigTools::CElement * mElement;
+
     Store mStore;
     Key mKey;
-    int mLayer;   // 0 for none
+
+    /// 0 for a store without a layer.
+    int mLayer;
 };
 
-/// Calls `visit(const ChipEntry &)` for every element, subsystem by subsystem, in order of arrival.
+/// Calls `visit(const ChipEntry &)` for every element, subsystem by subsystem, in order of arrival. A subsystem is the
+/// part of one store that belongs to one subsystem type.
 template <typename VisitorT>
 void ForEachElement(const VrexZynConfigTools::CChipConfig & chip, VisitorT visit)
 {

@@ -26,6 +26,7 @@ using Finding = kit::reporting::Finding;
 class IFindingSink
 {
 public:
+    /// Called while an operation is under way; the finding is valid during the call only.
     virtual void OnFinding(const Finding & finding) = 0;
     virtual ~IFindingSink() = default;
 };
@@ -34,8 +35,10 @@ public:
 class CFindingList : public IFindingSink
 {
 public:
+    /// Copies the finding.
     void OnFinding(const Finding & finding) override { mFindings.push_back(finding); }
 
+    /// In the order in which they were found.
     const std::vector<Finding> & Findings() const { return mFindings; }
 
 private:

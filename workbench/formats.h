@@ -1,4 +1,8 @@
 /// Which plug-in reads and writes a file.
+///
+///     FindFormat("product.TOML")->mPlugIn;   // tomlconfig
+///     FindFormat("product.txt", "toml");     // the same format
+///     FindFormat("product.txt");             // null
 
 #ifndef WORKBENCH_FORMATS_H
 #define WORKBENCH_FORMATS_H
@@ -7,21 +11,27 @@
 
 namespace workbench {
 
+/// A file format with its plug-in. Both reader and writer of the plug-in take the path of the file as their argument.
 struct Format
 {
-    const char * mName;        // for --from and --to
-    const char * mExtension;   // in lower case, with its dot
-    const char * mPlugIn;   // as the plug-in calls itself; both its reader and its writer take the file's path
+    /// As callers name it.
+    const char * mName;
+
+    /// In lower case, with its dot.
+    const char * mExtension;
+
+    /// As the plug-in calls itself.
+    const char * mPlugIn;
 };
 
 /// The format of a file: the one called `name`; without a name by the extension of `path` without regard to case. Null
 /// if none is known.
 const Format * FindFormat(const std::string & path, const std::string & name = {});
 
-/// ".a, .b"
+/// The extensions of all formats, for messages: ".toml, .zimg".
 std::string KnownExtensions();
 
-/// "a, b"
+/// The names of all formats, for messages: "toml, image".
 std::string KnownFormats();
 
 }   // namespace workbench

@@ -1,4 +1,11 @@
-/// Stands between a reader and a chip configuration: sees all that goes by, and lets nothing of another chip through.
+/// Between a reader and a chip configuration: notes all that goes by, and passes nothing of another chip on.
+///
+///     VrexZynConfigTools::CChipConfig chip;
+///     workbench::CReadWatch watch(chip);
+///     watch.StartFile("product.toml");
+///     reader.SetObserver(watch);
+///     reader.Read(context);
+///     Report(workbench::LossesOfRead(chip, watch));
 
 #ifndef WORKBENCH_READWATCH_H
 #define WORKBENCH_READWATCH_H
@@ -17,23 +24,29 @@
 
 namespace workbench {
 
-/// A place where a reader has put a key.
+/// What readers have delivered for a key in a store.
 struct Delivery
 {
-    std::string mName;    // the key's
-    std::string mFile;    // the one that was read last of those that have it
-    int mFileNumber;      // which one that was, from 1
-    std::size_t mCount;   // how often that file has it
+    /// The name of the key.
+    std::string mName;
+
+    /// Of the files that have it the one that was read last, and which one of all files that was, from 1.
+    std::string mFile;
+    int mFileNumber;
+
+    /// How often that file has it.
+    std::size_t mCount;
+
     bool operator==(const Delivery &) const = default;
 };
 
-/// Register it as observer of a reader in place of the chip, which gets everything through it. The library tells
-/// nobody what it drops, and takes keys of different chips for keys of one; what was seen here shows both.
+/// Register it as observer of a reader in place of the chip, which gets everything through it. The library drops some
+/// keys without a word, and takes keys of different chips for keys of one; what was noted here shows both.
 class CReadWatch : public VrexZynConfigTools::IConfigReaderObserver,
                    public VrexZynConfigTools::IConfigReaderElementObserver
 {
 public:
-    /// The chip stays the caller's.
+    /// The chip remains the caller's.
     explicit CReadWatch(VrexZynConfigTools::CChipConfig & chip);
     CReadWatch(const CReadWatch &) = delete;
     CReadWatch & operator=(const CReadWatch &) = delete;
@@ -41,16 +54,19 @@ public:
     /// Says which file the next read is about.
     void StartFile(const std::string & file);
 
-    /// The chip's label as the first file told it.
+    /// The chip's label as the first file has it; empty before that.
     std::string Chip() const;
 
+    /// The stores that were found, also those that got no layer.
     const std::set<Store> & Stores() const;
 
+    /// Every key that was passed on, also those that the chip has lost since.
     const std::map<StoredKey, Delivery> & Deliveries() const;
 
-    /// What was refused: files of another chip.
+    /// What was refused: files of another chip ("other-chip"), once each.
     const std::vector<Finding> & Refused() const;
 
+    /// The operations that readers call; see `IConfigReaderObserver`.
     void OnReadStarted(
         VrexZynConfigTools::IConfigReader & reader, VrexZynConfigTools::IConfigContext & context) override;
     void OnSubsystemFound(

@@ -1,4 +1,8 @@
-/// A metadata repository: what the chip's keys mean.
+/// A metadata repository: what the chip's keys mean. A session has one; who only asks about metadata can do with this.
+///
+///     workbench::CRepository repository;
+///     if (repository.Open("system.zmd", folder, findings))
+///         workbench::CCatalog catalog(*repository.Provider(), {}, findings);
 
 #ifndef WORKBENCH_REPOSITORY_H
 #define WORKBENCH_REPOSITORY_H
@@ -16,10 +20,11 @@ namespace workbench {
 class CRepository
 {
 public:
-    /// Opens the repository with a plug-in of the folder. False if it can't be used; the sink gets the reason.
+    /// Opens the repository with a plug-in of the folder, which is loaded if it isn't. False if it can't be used; the
+    /// sink gets the reason, and an earlier repository is gone.
     bool Open(const std::string & file, const std::string & plugInFolder, IFindingSink & sink);
 
-    /// Null before a successful `Open`.
+    /// Remains this object's. Null before a successful `Open`.
     VrexZynConfigTools::IMetadataProvider * Provider() const { return mProvider.get(); }
 
 private:

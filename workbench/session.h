@@ -30,7 +30,9 @@ namespace workbench {
 struct ConfigFile
 {
     std::string mPath;
-    std::string mFormat = {};   // the name of a format; empty: by the extension of the path
+
+    /// The name of a format; empty: that of the extension of the path.
+    std::string mFormat = {};
 };
 
 /// Owns plug-in objects, metadata and the chip. One thread at a time, as the library.
@@ -42,6 +44,7 @@ public:
     CSession(const CSession &) = delete;
     CSession & operator=(const CSession &) = delete;
 
+    /// The caller's, for whoever has something to report about the session.
     IFindingSink & Sink() const { return mSink; }
 
     /// Loads the plug-ins of a folder (*.zpm), which remain loaded as long as the process lives. The operations below
@@ -59,6 +62,7 @@ public:
 
     /// Sets tags for readers and writers, in the form "TAG=VALUE;...".
     void SetTags(const std::string & tags) { mTags = tags; }
+    /// As they were set last; empty at first.
     const std::string & Tags() const { return mTags; }
 
     /// The context of a read: the tags, over the insert mode "overwrite".
@@ -71,13 +75,15 @@ public:
     /// Reads the same files once more, in a context that begins as `context`.
     bool ReadAgain(const VrexZynConfigTools::CZynContext & context);
 
+    /// Those of the last read.
     const std::vector<ConfigFile> & Files() const { return mFiles; }
 
     /// What was read; empty before the first read. The objects are replaced by the next one.
     VrexZynConfigTools::CChipConfig & Chip() const { return mReading->mChip; }
     const CReadWatch & Watch() const { return mReading->mWatch; }
 
-    /// Makes a writer for the file.
+    /// Makes a writer for the file, which the caller owns and deletes before the session ends. The file isn't opened
+    /// before something is written.
     std::unique_ptr<VrexZynConfigTools::IConfigWriter> CreateWriter(const ConfigFile & file);
 
 private:

@@ -1,4 +1,8 @@
-/// Stands between a chip configuration and a writer: counts what goes out, and lets no incomplete output take effect.
+/// Between a chip configuration and a writer: counts what goes out, and prevents an incomplete output from taking
+/// effect.
+///
+///     workbench::CWriteWatch watch(*writer, workbench::CountToWrite(chip, std::nullopt), "product.zimg");
+///     const bool isWritten = chip.Write(watch, context);
 
 #ifndef WORKBENCH_WRITEWATCH_H
 #define WORKBENCH_WRITEWATCH_H
@@ -18,6 +22,7 @@ public:
     /// the framework's group before the writer learns of the end, at which it leaves the old output as it is then.
     CWriteWatch(VrexZynConfigTools::IConfigWriter & writer, std::size_t expected, const std::string & output);
 
+    /// The operations that a chip configuration calls; see `IConfigWriter`. `EndWrite` is where the count is compared.
     void PrepareWriter(VrexZynConfigTools::IConfigContext & context) override;
     void StartWrite(VrexZynConfigTools::IConfigContext & context) override;
     void EndWrite(VrexZynConfigTools::IConfigContext & context) override;
