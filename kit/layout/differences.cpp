@@ -6,6 +6,7 @@
 #include <kit/text/utf8.h>
 
 #include <algorithm>
+#include <optional>
 
 namespace kit::layout {
 
@@ -47,48 +48,35 @@ IPayload * Misfit(IPayload & value, const StructEntry & entry)
     return form.Holds(*number) ? nullptr : &value;
 }
 
-class CComparer
+// The values of the fields of all structs, in the order of `CFields::Places`; null for those of missing structs.
+void AddValues(IPayload * tree, const std::vector<StructEntry> & entries, std::vector<IPayload *> & values)
 {
-public:
-    struct Names
-    {
-        std::string mPath;
-        std::string mLabel;
-    };
-
-    void CompareStruct(
-        IPayload * tree, IPayload * back, const std::vector<StructEntry> & entries, const Names & outer)
-    {
-        for (std::size_t place = 0; place < std::min(ItemsOf(tree).size(), entries.size()); ++place) {
-            const std::string name = entries[place].mRecord->Name();
-            CompareField(*ItemsOf(tree)[place], ItemAt(back, place), entries[place],
-                { outer.mPath + name, outer.mLabel + name });
-        }
-    }
-
-    std::vector<Change> mChanges;
-
-private:
-    void CompareField(IPayload & value, IPayload * back, const StructEntry & entry, const Names & names)
-    {
+    for (std::size_t place = 0; place < entries.size(); ++place) {
+        const StructEntry & entry = entries[place];
+        IPayload * const value = ItemAt(tree, place);
         if (entry.mKind == StructEntryKind::STRUCT)
-            return CompareStruct(&value, back, entry.mParts, { names.mPath + '.', names.mLabel + '.' });
-        if (entry.mKind == StructEntryKind::STRUCTS) {
-            for (std::size_t place = 0; place < ItemsOf(&value).size(); ++place)
-                CompareStruct(ItemsOf(&value)[place], ItemAt(back, place), entry.mParts.at(place).mParts,
-                    { names.mPath + "[].", names.mLabel + '[' + std::to_string(place) + "]." });
-            return;
-        }
-        if (IsSame(value, back))
-            return;
-        IPayload * const misfit = Misfit(value, entry);
-        const std::uint32_t bits =
-            entry.mParts.empty() || !entry.mRecord->IsArray() ? entry.mWidth : entry.mParts.front().mWidth;
-        mChanges.push_back({ names.mLabel, names.mPath, ValueText(misfit != nullptr ? *misfit : value),
-            back != nullptr ? ValueText(*back) : "nothing", misfit != nullptr ? Loss::TOO_WIDE : Loss::NONE,
-            bits });
+            AddValues(value, entry.mParts, values);
+        else if (entry.mKind != StructEntryKind::STRUCTS)
+            values.push_back(value);
+        else
+            for (std::size_t item = 0; item < entry.mParts.size(); ++item)
+                AddValues(ItemAt(value, item), entry.mParts[item].mParts, values);
     }
-};
+}
+
+// A field that loses nothing by itself is changed by another's value that is out of range.
+Change ChangeOf(IPayload & value, IPayload * back, const Field & field, const std::string & label)
+{
+    const StructEntry & entry = *field.mEntry;
+    IPayload * const misfit = Misfit(value, entry);
+    const Loss loss = misfit != nullptr           ? Loss::TOO_WIDE
+                      : field.mLoss == Loss::NONE ? Loss::SHARED_BITS
+                                                  : field.mLoss;
+    const bool isArray = entry.mKind == StructEntryKind::ARRAY && !entry.mParts.empty();
+    return { label, field.mPath, ValueText(misfit != nullptr ? *misfit : value),
+        back != nullptr ? ValueText(*back) : "nothing", loss,
+        isArray ? entry.mParts.front().mWidth : entry.mWidth };
+}
 
 }   // namespace
 
@@ -107,12 +95,24 @@ std::string ValueText(IPayload & payload)
     return '[' + text + ']';
 }
 
-std::vector<Change> Differences(
-    CComplexPayload & tree, CComplexPayload & back, const std::vector<StructEntry> & entries)
+std::vector<Change> Differences(CComplexPayload & tree, CComplexPayload & back, CMetadataDetailStruct & layout,
+    const std::vector<StructEntry> & entries)
 {
-    CComparer comparer;
-    comparer.CompareStruct(&tree, &back, entries, { "", "" });
-    return comparer.mChanges;
+    std::vector<IPayload *> values;
+    std::vector<IPayload *> found;
+    AddValues(&tree, entries, values);
+    AddValues(&back, entries, found);
+    std::vector<Change> changes;
+    std::optional<CFields> fields;   // looked at for a change alone, since the answer takes long
+    for (std::size_t place = 0; place < values.size(); ++place) {
+        if (values[place] == nullptr || IsSame(*values[place], found[place]))
+            continue;
+        if (!fields)
+            fields.emplace(layout, SIZE_MAX);
+        const FieldPlace & where = fields->Places()[place];
+        changes.push_back(ChangeOf(*values[place], found[place], fields->List()[where.mField], where.mLabel));
+    }
+    return changes;
 }
 
 }   // namespace kit::layout

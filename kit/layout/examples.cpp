@@ -16,25 +16,21 @@ using namespace VrexZynConfigTools;
 
 namespace {
 
-constexpr int MAX_LONE_ATTEMPTS = 100;   // in one struct; each packs all of it
-
 /// Which of its values each field has.
 enum class Pattern
 {
     LARGEST,
     SMALLEST,
     EVEN_LARGEST,   // and the odd ones smallest, so that each is between others
-    ODD_LARGEST,
-    LONE   // one field has its largest, all others their smallest
+    ODD_LARGEST
 };
 
 /// Makes a struct whose fields have extreme values.
 class CTreeMaker
 {
 public:
-    CTreeMaker(Pattern pattern, const StructEntry * lone)
+    explicit CTreeMaker(Pattern pattern)
         : mPattern(pattern)
-        , mLone(lone)
     {}
 
     std::unique_ptr<CComplexPayload> Make(const std::vector<StructEntry> & entries)
@@ -58,14 +54,12 @@ private:
         case StructEntryKind::STRUCTS:
             return AddParts(entry.mParts, AddList(to, nullptr));
         case StructEntryKind::ARRAY:
-            mIsLone = mLone == &entry;
             return AddItems(entry, AddList(to, nullptr));
         case StructEntryKind::ABSENT:
             return to.AddField(new CInt64Payload(0));
         default:
             break;
         }
-        mIsLone = mLone == &entry;
         const bool isLargest = IsLargest();
         ++mPlace;
         if (IsTextual(*entry.mRecord))
@@ -79,8 +73,8 @@ private:
     bool IsLargest() const
     {
         const bool isEven = mPlace % 2 == 0;
-        return mPattern == Pattern::LARGEST || (mPattern == Pattern::LONE && mIsLone) ||
-               (mPattern == Pattern::EVEN_LARGEST && isEven) || (mPattern == Pattern::ODD_LARGEST && !isEven);
+        return mPattern == Pattern::LARGEST ||
+               mPattern == (isEven ? Pattern::EVEN_LARGEST : Pattern::ODD_LARGEST);
     }
 
     void AddItems(const StructEntry & array, CComplexPayload & to)
@@ -123,61 +117,26 @@ private:
     }
 
     Pattern mPattern;
-    const StructEntry * mLone;
-    bool mIsLone = false;
     std::size_t mPlace = 0;   // of the field, those of all structs counted
-};
-
-/// Gathers the first change of each field.
-class CExamples
-{
-public:
-    CExamples(const CFields & fields, CMetadataDetailStruct & layout)
-        : mFields(fields)
-        , mLayout(layout)
-    {}
-
-    void Try(Pattern pattern, const StructEntry * lone)
-    {
-        const auto tree = CTreeMaker(pattern, lone).Make(mFields.Layout().Entries());
-        for (Change & change : PackStruct(*tree, mLayout).mChanges)
-            mChanges.try_emplace(change.mPath, std::move(change));
-    }
-
-    void TryAlone()
-    {
-        int attempts = 0;
-        for (const Field & field : mFields.List())
-            if (field.mLoss != Loss::NONE && mChanges.count(field.mPath) == 0 &&
-                ++attempts <= MAX_LONE_ATTEMPTS)
-                Try(Pattern::LONE, field.mEntry);
-    }
-
-    std::vector<Change> Take()
-    {
-        std::vector<Change> changes;
-        for (const Field & field : mFields.List())
-            if (auto found = mChanges.extract(field.mPath))
-                changes.push_back(std::move(found.mapped()));
-        return changes;
-    }
-
-private:
-    const CFields & mFields;
-    CMetadataDetailStruct & mLayout;
-    std::map<std::string, Change> mChanges;   // by path
 };
 
 }   // namespace
 
 std::vector<Change> ExamplesOf(const CFields & fields, CMetadataDetailStruct & layout)
 {
-    CExamples examples(fields, layout);
+    std::map<std::string, Change> found;   // by path; the first of each
     for (const Pattern pattern :
         { Pattern::LARGEST, Pattern::SMALLEST, Pattern::EVEN_LARGEST, Pattern::ODD_LARGEST })
-        examples.Try(pattern, nullptr);
-    examples.TryAlone();
-    return examples.Take();
+    {
+        const auto tree = CTreeMaker(pattern).Make(fields.Layout().Entries());
+        for (Change & change : PackStruct(*tree, layout).mChanges)
+            found.try_emplace(change.mPath, std::move(change));
+    }
+    std::vector<Change> changes;
+    for (const Field & field : fields.List())
+        if (auto change = found.extract(field.mPath))
+            changes.push_back(std::move(change.mapped()));
+    return changes;
 }
 
 }   // namespace kit::layout

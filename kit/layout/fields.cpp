@@ -14,6 +14,9 @@ using namespace VrexZynConfigTools;
 
 namespace {
 
+constexpr std::uint32_t WORD_BITS = 16;
+constexpr std::size_t MOST_PIECES = 4096;
+
 constexpr std::array<const char *, 17> REASONS = { "", "the type of its items has no width",
     "it is unpacked as another kind of value", "a field of exactly 64 bits is unpacked as 0",
     "an item of 64 bits is unpacked as its lowest 32", "a last, partial word is not unpacked",
@@ -53,7 +56,7 @@ CFields::CFields(CMetadataDetailStruct & detail, std::size_t most)
 std::string CFields::LabelOf(const Cell & cell) const
 {
     const bool isItem = mFields[cell.mField].mEntry->mKind == StructEntryKind::ARRAY;
-    return mLabels[cell.mLabel] + (isItem ? '[' + std::to_string(cell.mItem) + ']' : "");
+    return mPlaces[cell.mPlace].mLabel + (isItem ? '[' + std::to_string(cell.mItem) + ']' : "");
 }
 
 // `next` is the place of the next field in the list: behind it, or of a struct of an array that is there again, within.
@@ -91,8 +94,8 @@ void CFields::AddField(const StructEntry & entry, const Names & names, std::size
     if (place == mFields.size())
         mFields.push_back({ names.mPath, &entry });
     const auto field = static_cast<std::uint32_t>(place);
-    const auto label = static_cast<std::uint32_t>(mLabels.size());
-    mLabels.push_back(names.mLabel);
+    const auto label = static_cast<std::uint32_t>(mPlaces.size());
+    mPlaces.push_back({ field, names.mLabel });
     if (entry.mKind == StructEntryKind::NUMBER || entry.mKind == StructEntryKind::ENUMERATOR)
         mCells.push_back({ &entry, field, label, 0 });
     // Of a text in words the last, partial word stays empty.
@@ -100,6 +103,26 @@ void CFields::AddField(const StructEntry & entry, const Names & names, std::size
     const auto parts = static_cast<std::uint32_t>(isText ? entry.mItems : entry.mParts.size());
     for (std::uint32_t item = 0; item < parts && item < entry.mParts.size(); ++item)
         mCells.push_back({ &entry.mParts[item], field, label, item });
+}
+
+std::vector<Piece> PiecesOf(const CFields & fields, bool & isCutOff)
+{
+    std::vector<Piece> pieces;
+    for (const Cell & cell : fields.Cells()) {
+        const StructEntry & field = *fields.List()[cell.mField].mEntry;
+        const bool isWord = field.mKind == StructEntryKind::WORDS;
+        const std::uint32_t before = isWord ? WORD_BITS * cell.mItem : 0;
+        const std::uint32_t end = isWord ? field.mWidth : cell.mEntry->mWidth;
+        const BitRuns & runs = cell.mEntry->mPacked;
+        for (BitRun run : runs) {
+            run.mValueBit += before;
+            run.mCount = std::min(run.mCount, end - std::min(end, run.mValueBit));
+            if (run.mCount != 0 && pieces.size() < MOST_PIECES)
+                pieces.push_back({ run, cell.mField, fields.LabelOf(cell), !isWord && runs.size() == 1 });
+        }
+    }
+    isCutOff = fields.Layout().IsCutOff() || pieces.size() == MOST_PIECES;
+    return pieces;
 }
 
 }   // namespace kit::layout

@@ -53,12 +53,19 @@ struct Field
 /// Whether a field is a number of more than 64 bits: a row of words, to which no range applies.
 bool IsRowOfWords(const Field & field);
 
+/// A field in one of the structs that have it.
+struct FieldPlace
+{
+    std::uint32_t mField;   // its place in the list of fields
+    std::string mLabel;     // "Bands[1].Gain"
+};
+
 /// A number of its own in the words: that of a field, an item of an array, a word of a field of more than 64 bits.
 struct Cell
 {
     const VrexZynConfigTools::StructEntry * mEntry;
     std::uint32_t mField;   // its place in the list of fields
-    std::uint32_t mLabel;   // of its field, with all places in arrays
+    std::uint32_t mPlace;   // in the list of places
     std::uint32_t mItem;    // its place in the array or in the words
 };
 
@@ -79,9 +86,11 @@ public:
     /// In the order in which they are packed.
     const std::vector<Cell> & Cells() const { return mCells; }
 
+    /// The fields of all structs, in the same order.
+    const std::vector<FieldPlace> & Places() const { return mPlaces; }
+
     /// "Bands[1].Gain", and "Bands[1].Steps[3]" for an item of an array.
     std::string LabelOf(const Cell & cell) const;
-    const std::string & FieldLabelOf(const Cell & cell) const { return mLabels[cell.mLabel]; }
 
 private:
     struct Names
@@ -98,8 +107,20 @@ private:
     VrexZynConfigTools::CStructLayout mLayout;
     std::vector<Field> mFields;
     std::vector<Cell> mCells;
-    std::vector<std::string> mLabels;
+    std::vector<FieldPlace> mPlaces;
 };
+
+/// A run of bits in one word that holds a piece of a value.
+struct Piece
+{
+    VrexZynConfigTools::BitRun mRun;   // of the bits of the whole value
+    std::size_t mField;                // its place in the list of fields
+    std::string mLabel;                // "Bands[1].Gain[3]"
+    bool mIsWhole;                     // the value has no other piece
+};
+
+/// In the order in which they are packed, up to as many as a person looks at; `isCutOff` if there are more.
+std::vector<Piece> PiecesOf(const CFields & fields, bool & isCutOff);
 
 }   // namespace kit::layout
 

@@ -16,10 +16,10 @@ const std::vector<VrexZynConfigTools::IPayload *> & ItemsOf(VrexZynConfigTools::
 std::unique_ptr<VrexZynConfigTools::CComplexPayload> FittedTree(
     VrexZynConfigTools::CComplexPayload & tree, const std::vector<VrexZynConfigTools::StructEntry> & entries);
 
-/// The differences between two trees of `CodecTree`, in the order of the fields and without their reasons
-/// but for values that don't fit.
+/// What differs between two trees of `CodecTree`, in the order of the fields.
 std::vector<Change> Differences(VrexZynConfigTools::CComplexPayload & tree,
-    VrexZynConfigTools::CComplexPayload & back, const std::vector<VrexZynConfigTools::StructEntry> & entries);
+    VrexZynConfigTools::CComplexPayload & back, VrexZynConfigTools::CMetadataDetailStruct & layout,
+    const std::vector<VrexZynConfigTools::StructEntry> & entries);
 
 }   // namespace kit::layout
 

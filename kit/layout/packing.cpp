@@ -10,8 +10,6 @@
 #include <configtools/zyncontext.h>
 #include <kit/reporting/channel.h>
 
-#include <algorithm>
-
 namespace kit::layout {
 
 using namespace VrexZynConfigTools;
@@ -88,20 +86,6 @@ std::string PackTree(CComplexPayload & fitted, CMetadataDetailStruct & layout)
     return store.Octets();
 }
 
-// By the field's own loss; where it has none, a value out of the range of another field's record is in the way.
-void AddReasons(std::vector<Change> & changes, CMetadataDetailStruct & layout)
-{
-    const CFields fields(layout);
-    for (Change & change : changes) {
-        if (change.mLoss != Loss::NONE)
-            continue;
-        const auto found = std::find_if(fields.List().begin(), fields.List().end(),
-            [&](const Field & field) { return field.mPath == change.mPath; });
-        const bool isKnown = found != fields.List().end() && found->mLoss != Loss::NONE;
-        change.mLoss = isKnown ? found->mLoss : Loss::SHARED_BITS;
-    }
-}
-
 }   // namespace
 
 std::string Change::Text() const
@@ -124,9 +108,7 @@ Packed PackStruct(CComplexPayload & instance, CMetadataDetailStruct & layout)
     const auto back = packed.mError.empty() ? UnpackStruct(packed.mOctets, layout) : nullptr;
     if (back == nullptr)
         return packed;
-    packed.mChanges = Differences(*given.mTree, *back, geometry.Entries());
-    if (!packed.mChanges.empty())
-        AddReasons(packed.mChanges, layout);
+    packed.mChanges = Differences(*given.mTree, *back, layout, geometry.Entries());
     return packed;
 }
 

@@ -120,21 +120,15 @@ std::optional<Number> ValueOf(IPayload & payload)
     return Number{ bits, isSigned && static_cast<std::int64_t>(bits) < 0 };
 }
 
-std::optional<std::uint64_t> NumberOf(IPayload & payload)
-{
-    const std::string octets = NumberOctets(payload);
-    return octets.empty() ? std::nullopt : std::optional(LowestFirst(octets));
-}
-
 std::unique_ptr<IPayload> CopyNumber(IPayload & payload)
 {
     if (auto * const enumerator = dynamic_cast<CEnumPayload *>(&payload))
         return std::make_unique<CEnumPayload>(enumerator->GetName(), enumerator->GetValue());
-    const auto number = NumberOf(payload);
+    const auto number = ValueOf(payload);
     if (!number)
         return nullptr;
     NumericVariable value;
-    value.mUint64 = *number;
+    value.mUint64 = number->mBits;
     const auto type = static_cast<NumericTypeEnum>(payload.Type());   // the same values, by contract
     return std::unique_ptr<IPayload>(CElementNumericArray::GetPayloadByNumericType(type, value));
 }

@@ -72,9 +72,6 @@ struct Octets
     bool mIsNumber;
 };
 
-/// A number or enumerator, zero-extended; nothing for any other payload.
-std::optional<std::uint64_t> NumberOf(VrexZynConfigTools::IPayload & payload);
-
 /// A new payload of the same class and value, without metadata; null for what is no number and no enumerator.
 std::unique_ptr<VrexZynConfigTools::IPayload> CopyNumber(VrexZynConfigTools::IPayload & payload);
 

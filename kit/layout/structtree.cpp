@@ -226,10 +226,11 @@ bool CTreeBuilder::CopyWords(CComplexPayload & from, const CStructField & field,
         return Fail("the value has " + std::to_string(words.size()) + " words; the field holds " +
                     std::to_string(most));
     for (IPayload * const word : words) {
-        const auto number = NumberOf(*word);
-        if (!number || *number > 0xFFFF)
+        const auto octets = OctetsOf(*word);
+        const std::uint64_t number = octets ? LowestFirst(octets->mText) : 0;
+        if (!octets || !octets->mIsNumber || number > 0xFFFF)
             return Fail("the value is no list of words of 16 bits");
-        to.AddField(new CUint16Payload(static_cast<std::uint16_t>(*number)));
+        to.AddField(new CUint16Payload(static_cast<std::uint16_t>(number)));
     }
     return true;
 }

@@ -1,7 +1,7 @@
 #include "bitmap.h"
 
 #include <configtools/metadata.h>
-#include <kit/layout/pieces.h>
+#include <kit/layout/fields.h>
 #include <kit/text/utf8.h>
 #include <workbench/shape.h>
 

@@ -2,7 +2,7 @@
 
 #include "json.h"
 
-#include <kit/layout/pieces.h>
+#include <kit/layout/fields.h>
 #include <workbench/shape.h>
 
 #include <cstdlib>

@@ -18,7 +18,7 @@ using kit::layout::PackStruct;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::uint32_t LAYOUTS = 1000;
+constexpr std::uint32_t LAYOUTS = 500;
 
 std::string TextOfNumbers(const Leaf & leaf, const std::vector<std::uint64_t> & numbers)
 {

@@ -1,6 +1,6 @@
 /// Which bits of a struct belong to which field: held against the codec, which packs them.
 
-#include <kit/layout/pieces.h>
+#include <kit/layout/fields.h>
 
 #include <support/memory_provider.h>
 
