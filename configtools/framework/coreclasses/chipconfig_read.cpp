@@ -24,11 +24,6 @@ constexpr GroupEnum MESSAGE_GROUP = GROUP_CORE_CLASSES;
 constexpr std::size_t MAX_LAYERS = 15;
 constexpr std::uint32_t UNKNOWN_STORE_SIZE = 0xFFFFFFFFU;
 
-// From bottom to top. "mtp" stands below "smem" although its value is higher, intended: the chip reads it first.
-constexpr IStoreManager::DEVICE LAYER_ORDER[] = { IStoreManager::DEVICE_ROM, IStoreManager::DEVICE_OTP,
-    IStoreManager::DEVICE_MTP, IStoreManager::DEVICE_SMEM, IStoreManager::DEVICE_FW_CFG,
-    IStoreManager::DEVICE_EEPROM };
-
 std::int32_t NumberInTag(IConfigContext & context, const char * tag)
 {
     return stringutil::DecimalToInt(context.GetTag(tag));

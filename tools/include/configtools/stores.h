@@ -101,6 +101,12 @@ public:
     static const char * GetDeviceName(DEVICE device);
 };
 
+/// The devices whose stores make layers, from bottom to top. "mtp" is below "smem" although its value is higher, intended:
+/// the chip reads it first.
+inline constexpr IStoreManager::DEVICE LAYER_ORDER[] = { IStoreManager::DEVICE_ROM, IStoreManager::DEVICE_OTP,
+    IStoreManager::DEVICE_MTP, IStoreManager::DEVICE_SMEM, IStoreManager::DEVICE_FW_CFG,
+    IStoreManager::DEVICE_EEPROM };
+
 /// One store of a device: a plain record. Two of them describe the same store if device and store id are equal,
 /// whatever the other fields are.
 class CONFIGTOOLS_EXPORT CStoreInfo
