@@ -76,11 +76,6 @@ std::string EscapedCode(const Character & character)
                                     : fmt::format("\\u{:04x}", character.mCode);
 }
 
-std::string EscapedBytes(const Character & character)
-{
-    return "\\x" + HexOf(character.mBytes, "\\x");
-}
-
 template <typename IsWantedT>
 bool AreAll(std::string_view text, IsWantedT isWanted)
 {
@@ -88,21 +83,6 @@ bool AreAll(std::string_view text, IsWantedT isWanted)
         if (!isWanted(TakeCharacter(text)))
             return false;
     return true;
-}
-
-// The text, with `escape` of each character for which `isEscaped` is true.
-template <typename IsEscapedT, typename EscapeT>
-std::string WithEscapes(std::string_view text, IsEscapedT isEscaped, EscapeT escape)
-{
-    std::string result;
-    while (!text.empty()) {
-        const Character character = TakeCharacter(text);
-        if (isEscaped(character))
-            result += escape(character);
-        else
-            result += character.mBytes;
-    }
-    return result;
 }
 
 // A terminal gives spacing marks a column, and what it doesn't know as well.
@@ -136,13 +116,29 @@ bool IsPlain(std::string_view text)
 
 std::string Printable(std::string_view text)
 {
-    return WithEscapes(text, IsDisturbing, EscapedCode);
+    std::string result;
+    while (!text.empty()) {
+        const Character character = TakeCharacter(text);
+        if (IsDisturbing(character))
+            result += EscapedCode(character);
+        else
+            result += character.mBytes;
+    }
+    return result;
 }
 
 std::string Escaped(std::string_view text)
 {
-    return WithEscapes(
-        text, [](const Character & character) { return !IsPlain(character); }, EscapedBytes);
+    if (IsPlain(text))
+        return std::string(text);
+    std::string result;
+    for (const char character : text) {
+        if (character >= 0x20 && character < 0x7F)
+            result += character;
+        else
+            result += "\\x" + HexOf(std::string_view(&character, 1));
+    }
+    return result;
 }
 
 std::string Quoted(std::string_view text)

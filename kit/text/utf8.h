@@ -23,7 +23,8 @@ bool IsPlain(std::string_view text);
 /// appear as "\n", "\x1b" or "\u202e". A backslash remains one.
 std::string Printable(std::string_view text);
 
-/// `text` with each byte of a control character, and each one that is no UTF-8, as "\x1b".
+/// `text` as it is if it is plain, as above. Otherwise each of its bytes that is no printable ASCII as "\x1b": of a text
+/// that is damaged or no text at all, no character can be trusted.
 std::string Escaped(std::string_view text);
 
 /// Printable and in double quotes; a quote or backslash inside gets a backslash in front.

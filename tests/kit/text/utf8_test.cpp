@@ -45,11 +45,11 @@ TEST(Printable, escapes_what_must_not_reach_a_terminal)
     EXPECT_EQ(Printable("na\u00efve \u6f22"), "na\u00efve \u6f22");
 }
 
-TEST(Escaped, shows_each_byte_of_what_is_not_plain)
+TEST(Escaped, leaves_plain_text_alone_and_trusts_no_character_of_any_other)
 {
-    EXPECT_EQ(Escaped("na\u00efve\n"), "na\u00efve\\x0a");
-    EXPECT_EQ(Escaped("\xc2\x85\xff"), "\\xc2\\x85\\xff");
-    EXPECT_EQ(Escaped("\u202e"), "\u202e");
+    EXPECT_EQ(Escaped("na\u00efve \u202e"), "na\u00efve \u202e");
+    EXPECT_EQ(Escaped("a\u00ef\n"), "a\\xc3\\xaf\\x0a");
+    EXPECT_EQ(Escaped("\xc2\x85 ~\xff\x7f"), "\\xc2\\x85 ~\\xff\\x7f");
 }
 
 TEST(Quoted, escapes_quotes_and_backslashes_too)
