@@ -48,7 +48,7 @@ Finding StatusFinding(const std::string & text)
 Finding FindingIn(const std::string & file, const std::string & code, const std::string & text)
 {
     Finding finding = kit::reporting::MakeFinding(code, text);
-    return kit::reporting::At(finding, file);
+    return kit::reporting::WithPlace(finding, file);
 }
 
 Finding MissingPlugIn(const std::string & plugIn, const std::string & folder, const std::string & file)

@@ -10,6 +10,7 @@ namespace workbench {
 
 using namespace VrexZynConfigTools;
 using kit::reporting::LineOf;
+using kit::reporting::WithPlace;
 using kit::text::Quoted;
 
 CReadWatch::CReadWatch(CChipConfig & chip)
@@ -100,7 +101,7 @@ bool CReadWatch::IsOfThisChip(const std::string & chip)
     Finding finding = kit::reporting::MakeFinding(
         "other-chip", "is for the chip " + Quoted(chip) + ", but " + mFirstFile + " is for " + Quoted(*mLabel));
     finding.mExpected = *mLabel;
-    kit::reporting::At(finding, mFile);
+    finding = WithPlace(std::move(finding), mFile);
     const bool isKnown = !mRefused.empty() && LineOf(mRefused.back()) == LineOf(finding);
     if (!isKnown)   // once a file, not once a subsystem
         mRefused.push_back(std::move(finding));

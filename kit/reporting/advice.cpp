@@ -4,6 +4,8 @@
 #include <kit/text/utf8.h>
 #include <kit/text/words.h>
 
+#include <utility>
+
 namespace kit::reporting {
 
 namespace {
@@ -27,22 +29,24 @@ std::string QuotedAlternatives(const std::vector<std::string> & words, std::size
     return kit::text::Alternatives(quoted, limit);
 }
 
-Finding & AddExpected(Finding & finding, const std::vector<std::string> & known)
+Finding WithAlternatives(Finding finding, const std::vector<std::string> & known)
 {
-    if (known.empty())
-        return finding;
-    finding.mExpected = QuotedAlternatives(known);
-    finding.mText += "; expected " + finding.mExpected;
+    return known.empty() ? finding : WithExpected(std::move(finding), QuotedAlternatives(known));
+}
+
+Finding WithNearest(Finding finding, const std::string & nearest)
+{
+    finding.mNearest = nearest;
+    if (!nearest.empty())
+        finding.mText += "; did you mean " + Quoted(nearest) + '?';
     return finding;
 }
 
-Finding & AddAdvice(Finding & finding, const std::string & word, const std::vector<std::string> & known)
+Finding WithAdvice(Finding finding, const std::string & word, const std::vector<std::string> & known)
 {
-    finding.mNearest = nearestname::Nearest(word, known);
-    if (finding.mNearest.empty())
-        return AddExpected(finding, known);
-    finding.mText += "; did you mean " + Quoted(finding.mNearest) + '?';
-    return finding;
+    const std::string nearest = nearestname::Nearest(word, known);
+    return nearest.empty() ? WithAlternatives(std::move(finding), known)
+                           : WithNearest(std::move(finding), nearest);
 }
 
 }   // namespace kit::reporting

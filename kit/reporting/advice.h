@@ -1,7 +1,7 @@
 /// What was probably meant, and what would have been accepted.
 ///
-///     Finding finding = MakeFinding("unknown-type", "unknown type " + Quoted("unit8"));
-///     AddAdvice(finding, "unit8", { "uint8", "int8" });   // ...; did you mean "uint8"?
+///     WithAdvice(MakeFinding("unknown-type", "unknown type " + Quoted("unit8")), "unit8", { "uint8", "int8" });
+///     // unknown type "unit8"; did you mean "uint8"?
 
 #ifndef KIT_REPORTING_ADVICE_H
 #define KIT_REPORTING_ADVICE_H
@@ -22,12 +22,14 @@ std::string Quoted(std::string_view text);
 /// The words in double quotes, as in `"a", "b" or "c"`; of more than `limit` the first, and "...".
 std::string QuotedAlternatives(const std::vector<std::string> & words, std::size_t limit = 20);
 
-/// Appends `; expected "a", "b" or "c"` to the finding's text and sets what is expected; nothing without words.
-Finding & AddExpected(Finding & finding, const std::vector<std::string> & known);
+/// The same with `; expected "a", "b" or "c"` at the end of the text; unchanged without words.
+Finding WithAlternatives(Finding finding, const std::vector<std::string> & known);
 
-/// Appends `; did you mean "uint8"?` and sets the nearest word, if one of those known is like `word`; otherwise as
-/// `AddExpected`.
-Finding & AddAdvice(Finding & finding, const std::string & word, const std::vector<std::string> & known);
+/// The same with `nearest`, and `; did you mean "uint8"?` at the end of the text; unchanged for an empty one.
+Finding WithNearest(Finding finding, const std::string & nearest);
+
+/// The same with that of the known words which is most like `word`; with all of them where none is like it.
+Finding WithAdvice(Finding finding, const std::string & word, const std::vector<std::string> & known);
 
 }   // namespace kit::reporting
 

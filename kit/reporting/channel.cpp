@@ -15,14 +15,14 @@ CMessageHandler & Handler(GroupEnum group = GROUP_FRAMEWORK)
 }
 
 // Appends to the error that is set, whose code remains.
-void Append(const std::vector<Finding> & findings)
+void Append(const std::vector<Finding> & findings, const std::string & lines)
 {
     short code = 0;
     std::string text;
     const bool isSet = Handler().GetErrorMsg(GROUP_FRAMEWORK, code, text);
     std::vector<Finding> records = Handler().ErrorRecords(GROUP_FRAMEWORK);
     records.insert(records.end(), findings.begin(), findings.end());
-    text.append(isSet ? "\n" : "").append(TextOf(findings));
+    text.append(isSet ? "\n" : "").append(lines);
     Handler().SetErrorMsg(code, text, std::move(records));
 }
 
@@ -35,28 +35,33 @@ bool IsErrorSet()
 
 void ReportError(const Finding & finding)
 {
-    Append({ finding });
+    Append({ finding }, LineOf(finding));
 }
 
 void ReportError(const std::string & code, const std::string & file, const std::string & text)
 {
-    Finding finding = MakeFinding(code, text);
-    ReportError(At(finding, file));
+    Append({ WithPlace(MakeFinding(code, text), file) }, file + ": " + text);
 }
 
 void ReportErrors(const CFindings & findings)
 {
     if (!findings.IsEmpty())
-        Append(findings.InOrder());
+        Append(findings.InOrder(), findings.Text());
 }
 
-void ReportErrorOnce(const Finding & finding)
+void ReportWarnings(const CFindings & findings)
 {
-    const std::string line = LineOf(finding);
+    for (const Finding & warning : findings.Warnings())
+        ReportWarning(warning);
+}
+
+void ReportErrorOnce(const std::string & code, const std::string & file, const std::string & text)
+{
     const auto records = Handler().ErrorRecords(GROUP_FRAMEWORK);
-    if (std::none_of(
-            records.begin(), records.end(), [&line](const Finding & record) { return LineOf(record) == line; }))
-        ReportError(finding);
+    const bool isKnown = std::any_of(records.begin(), records.end(),
+        [&](const Finding & record) { return record.mFile == file && record.mText == text; });
+    if (!isKnown)
+        ReportError(code, file, text);
 }
 
 void ReportWarning(const Finding & finding)

@@ -20,14 +20,17 @@ bool IsErrorSet();
 /// Records an error. One that is set already remains, and this one follows on a line of its own.
 void ReportError(const Finding & finding);
 
-/// The same for an error of which nothing but place and text is known.
+/// The same for an error about `file` of which nothing else is known. The line has the file even if its name is empty.
 void ReportError(const std::string & code, const std::string & file, const std::string & text);
 
-/// Records all of them, in order; nothing if there are none.
+/// Records all errors among the findings, in order; nothing if there are none.
 void ReportErrors(const CFindings & findings);
 
-/// As `ReportError`, unless an error with the same line is set already.
-void ReportErrorOnce(const Finding & finding);
+/// Passes all warnings among them on, as `ReportWarning`.
+void ReportWarnings(const CFindings & findings);
+
+/// As the one above, unless an error with the same file and text is set already.
+void ReportErrorOnce(const std::string & code, const std::string & file, const std::string & text);
 
 /// Passes a status message on, with its record; it is no error.
 void ReportWarning(const Finding & finding);

@@ -10,11 +10,18 @@ Finding MakeFinding(const std::string & code, const std::string & text)
     return finding;
 }
 
-Finding & At(Finding & finding, const std::string & file, std::uint32_t line, std::uint32_t column)
+Finding WithPlace(Finding finding, const std::string & file, std::uint32_t line, std::uint32_t column)
 {
     finding.mFile = file;
     finding.mLine = line;
     finding.mColumn = column;
+    return finding;
+}
+
+Finding WithExpected(Finding finding, const std::string & expected)
+{
+    finding.mExpected = expected;
+    finding.mText += "; expected " + expected;
     return finding;
 }
 

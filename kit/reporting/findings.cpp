@@ -7,30 +7,31 @@
 namespace kit::reporting {
 
 CFindings::CFindings(const std::string & file, std::size_t limit)
-    : mFile(file)
+    : mScope(WithPlace({}, file))
     , mLimit(limit)
 {}
 
 void CFindings::Add(Finding finding)
 {
-    ++mCount;
-    if (mFindings.size() >= mLimit)
+    const bool isError = finding.mSeverity == VrexZynConfigTools::SEVERITY_ERROR;
+    if (isError && ++mCount > mLimit)
         return;
-    if (finding.mFile.empty())
-        finding.mFile = mFile;
-    mFindings.push_back(std::move(finding));
+    for (const auto member : { &Finding::mFile, &Finding::mStore, &Finding::mSubsystem, &Finding::mKey })
+        if ((finding.*member).empty())
+            finding.*member = mScope.*member;
+    (isError ? mErrors : mWarnings).push_back(std::move(finding));
 }
 
 std::vector<Finding> CFindings::InOrder() const
 {
-    std::vector<Finding> sorted = mFindings;
+    std::vector<Finding> sorted = mErrors;
     std::stable_sort(sorted.begin(), sorted.end(), [](const Finding & left, const Finding & right) {
         return std::tie(left.mLine, left.mColumn) < std::tie(right.mLine, right.mColumn);
     });
-    if (mCount > sorted.size()) {
-        Finding more = MakeFinding("more-findings", "and " + std::to_string(mCount - sorted.size()) + " more");
-        sorted.push_back(At(more, mFile));
-    }
+    if (mCount > sorted.size())
+        sorted.push_back(
+            WithPlace(MakeFinding("more-findings", "and " + std::to_string(mCount - sorted.size()) + " more"),
+                mScope.mFile));
     return sorted;
 }
 

@@ -3,6 +3,7 @@
 #include <kit/text/utf8.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace workbench::compiler {
 
@@ -48,8 +49,8 @@ std::vector<Finding> CSourceFindings::InOrder() const
     for (const PlacedText & each : sorted) {
         Finding finding = kit::reporting::MakeFinding(CODE, each.mText);
         finding.mSeverity = each.mSeverity;
-        findings.push_back(
-            kit::reporting::At(finding, mFiles.at(each.mPlace.mFile), each.mPlace.mLine, each.mPlace.mColumn));
+        findings.push_back(kit::reporting::WithPlace(std::move(finding), mFiles.at(each.mPlace.mFile),
+            each.mPlace.mLine, each.mPlace.mColumn));
     }
     return findings;
 }

@@ -51,7 +51,7 @@ TEST_F(Reporting, adds_an_error_on_a_line_of_its_own)
     ReportError("bad-a", "a.toml", "first");
     ReportError("bad-b", "", "second");
     EXPECT_TRUE(IsErrorSet());
-    EXPECT_EQ(TextOf(GROUP_FRAMEWORK), "a.toml: first\nsecond");
+    EXPECT_EQ(TextOf(GROUP_FRAMEWORK), "a.toml: first\n: second");
     EXPECT_THAT(CodesOf(GROUP_FRAMEWORK), ElementsAre("bad-a", "bad-b"));
 }
 
@@ -85,13 +85,9 @@ TEST_F(Reporting, reports_a_list_in_its_order)
 
 TEST_F(Reporting, reports_the_same_line_once_where_that_is_wanted)
 {
-    Finding finding = MakeFinding("a", "text");
-    At(finding, "f");
-    ReportErrorOnce(finding);
-    ReportErrorOnce(finding);
-    finding.mText = "tex";
-    ReportErrorOnce(finding);
-    EXPECT_EQ(TextOf(GROUP_FRAMEWORK), "f: text\nf: tex");
+    for (const char * text : { "text\nof two lines", "text\nof two lines", "text" })
+        ReportErrorOnce("a", "f", text);
+    EXPECT_EQ(TextOf(GROUP_FRAMEWORK), "f: text\nof two lines\nf: text");
 }
 
 TEST_F(Reporting, takes_the_error_and_clears_both_groups)
@@ -123,8 +119,7 @@ TEST_F(Reporting, passes_a_warning_on_with_its_record)
 {
     RecordSink sink;
     const CMessageSinkGuard guard(&sink);
-    Finding finding = MakeFinding("left-out", "the key is left out");
-    ReportWarning(At(finding, "f", 3, 1));
+    ReportWarning(WithPlace(MakeFinding("left-out", "the key is left out"), "f", 3, 1));
     EXPECT_FALSE(IsErrorSet());
     EXPECT_EQ(sink.mText, "f:3:1: the key is left out");
     EXPECT_EQ(sink.mRecord.mCode, "left-out");
