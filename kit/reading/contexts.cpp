@@ -1,6 +1,6 @@
-#include "contexts.h"
+#include <kit/reading/contexts.h>
 
-#include "storelayers.h"
+#include <kit/reading/storetags.h>
 
 #include <configtools/keywords.h>
 #include <configtools/zyncontext.h>
@@ -57,7 +57,9 @@ ContextOwner SubsystemContext(IConfigContext & fileContext, const SubsystemPlace
     SetNumberTag(*context, keywords::TAG_DEVICE, place.mDevice);
     SetNumberTag(*context, keywords::TAG_STORE, place.mStore);
     const std::string layers = fileContext.GetTag(TAG_STORE_LAYERS);
-    if (!layers.empty())
+    if (place.mLayer)
+        context->SetTag(keywords::TAG_LAYER_NUMBER, *place.mLayer);
+    else if (!layers.empty())
         SetLayer(*context, place, ParseStoreLayers(layers).value_or(StoreLayers()));
     return context;
 }
