@@ -1,15 +1,16 @@
 #include "describedkey.h"
 
-#include "findings.h"
 #include "keywalk.h"
 #include "recordfacts.h"
-#include "report.h"
 #include "valuesource.h"
 #include "vocabulary.h"
 
 #include <configtools/elementfactory.h>
 #include <configtools/elements.h>
 #include <configtools/keywords.h>
+#include <kit/reporting/channel.h>
+#include <kit/text/number.h>
+#include <kit/text/words.h>
 
 #include <string>
 #include <utility>
@@ -17,14 +18,16 @@
 
 namespace tomlconfig {
 
+using kit::reading::Key;
+
 namespace {
 
-std::string Listed(const std::vector<const CTableIndex *> & indices)
+std::string NamesOf(const std::vector<const CTableIndex *> & indices)
 {
-    std::string list;
-    for (std::size_t position = 0; position < indices.size(); ++position)
-        list += (position == 0 ? "" : ", ") + Quoted(indices[position]->Name());
-    return list;
+    std::vector<std::string> names;
+    for (const CTableIndex * const index : indices)
+        names.push_back(Quoted(index->Name()));
+    return kit::text::Joined(names, ", ");
 }
 
 // Reads one key.
@@ -46,15 +49,15 @@ public:
     {
         const std::size_t before = mFindings.Count();
         if (!IsDescribed(mRecord)) {
-            mFindings.Add(
-                mTable, "the metadata of " + Quoted(mLabel) + " describes no value; give the key a type");
+            Add(mTable, "bad-metadata",
+                "the metadata of " + Quoted(mLabel) + " describes no value; give the key a type");
             return std::nullopt;
         }
         LoadIndices();
         Key key = Build(value);
         if (key.mElement == nullptr && mFindings.Count() == before && !mSource.HasLeftOut())
-            mFindings.Add(
-                value, Quoted(mLabel) + ": the metadata describes no value");   // never lost in silence
+            Add(value, "bad-metadata",
+                Quoted(mLabel) + ": the metadata describes no value");   // never lost in silence
         const bool isWhole = mFindings.Count() == before && !mSource.HasLeftOut() && key.mElement != nullptr;
         if (isWhole)
             WarnOfPadding(*key.mElement, value);
@@ -62,6 +65,11 @@ public:
     }
 
 private:
+    void Add(const toml::node & node, const std::string & code, const std::string & text)
+    {
+        mFindings.Add(FindingAt(node, code, text));
+    }
+
     void LoadIndices()
     {
         const toml::node * const node = mTable.get(field::INDEX);
@@ -76,19 +84,23 @@ private:
 
         const std::string countText = std::to_string(count) + (count == 1 ? " index" : " indices");
         if (count > MAX_INDICES)
-            mFindings.Add(mTable, Quoted(mLabel) + " is a table with " + countText + "; a file can give " +
-                                      std::to_string(MAX_INDICES) + " at most");
+            Add(mTable, "bad-metadata",
+                Quoted(mLabel) + " is a table with " + countText + "; a file can give " +
+                    std::to_string(MAX_INDICES) + " at most");
         else if (indices.size() != count)
-            mFindings.Add(mTable, "the metadata of " + Quoted(mLabel) + " describes " +
-                                      std::to_string(indices.size()) + " of its " + countText);
+            Add(mTable, "bad-metadata",
+                "the metadata of " + Quoted(mLabel) + " describes " + std::to_string(indices.size()) +
+                    " of its " + countText);
         else if (node != nullptr && count == 0)
-            mFindings.Add(*node, "\"index\": " + Quoted(mLabel) + " is no table");
+            Add(*node, "wrong-count", "\"index\": " + Quoted(mLabel) + " is no table");
         else if (node == nullptr && count != 0)
-            mFindings.Add(mTable, "\"index\" is missing: " + Quoted(mLabel) + " is a table with " + countText +
-                                      ", " + Listed(indices));
+            Add(mTable, "missing-field",
+                "\"index\" is missing: " + Quoted(mLabel) + " is a table with " + countText + ", " +
+                    NamesOf(indices));
         else if (nodes.size() != count)
-            mFindings.Add(*node, "\"index\": found " + std::to_string(nodes.size()) + "; " + Quoted(mLabel) +
-                                     " is a table with " + countText + ", " + Listed(indices));
+            Add(*node, "wrong-count",
+                "\"index\": found " + std::to_string(nodes.size()) + "; " + Quoted(mLabel) +
+                    " is a table with " + countText + ", " + NamesOf(indices));
         else
             mSource.LoadIndices(nodes, field::INDEX);
     }
@@ -99,12 +111,13 @@ private:
         factory.Clear();
         mContext.SetTag(
             keywords::TAG_ELEM_BIT_WIDTH);   // the caller's would make the key a field of that width
-        TakeError();
+        kit::reporting::TakeError();
         CKeyWalk walk(factory, mSource, mFindings, value, mChecks);
         mRecord.Inspect(walk);
-        if (const auto error = TakeError())
-            mFindings.Add(value, Quoted(mLabel) + ": " + *error);
-        Key key{ std::unique_ptr<CElement>(factory.Collect()), TakeIndices(), mTable.source().begin };
+        if (const auto error = kit::reporting::TakeError())
+            Add(value, "rejected-value", Quoted(mLabel) + ": " + *error);
+        const toml::source_position place = mTable.source().begin;
+        Key key{ std::unique_ptr<CElement>(factory.Collect()), TakeIndices(), place.line, place.column };
         factory.Clear();
         return key;
     }
@@ -114,7 +127,7 @@ private:
     {
         std::vector<std::uint32_t> indices;
         for (const std::string & text : mContext.GetTags(keywords::TAG_INDEX))
-            indices.push_back(static_cast<std::uint32_t>(ParseDecimal(text, 0, MAX_INDEX).value_or(0)));
+            indices.push_back(kit::text::ParseWhole<std::uint32_t>(text).value_or(0));
         return indices;
     }
 
@@ -123,9 +136,9 @@ private:
     {
         auto * const text = dynamic_cast<CElementString *>(&element);
         if (text != nullptr && text->GetValue(0).size() != mSource.LastBytes().size())
-            mFindings.Warn(value, Quoted(mLabel) +
-                                      ": the last octet, 00, is taken for one that fills up a word, "
-                                      "and is left out");
+            mFindings.Add(WarningAt(value, "padding-octet",
+                Quoted(mLabel) +
+                    ": the last octet, 00, is taken for one that fills up a word, and is left out"));
     }
 
     const IMetadata & mRecord;

@@ -5,6 +5,8 @@
 #include "vocabulary.h"
 
 #include <configtools/keywords.h>
+#include <configtools/numbertypes.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 
@@ -22,7 +24,7 @@ std::string Line(const char * name, const std::string & value)
 std::optional<DescribedValue> NumberValue(IPayload & payload, const IMetadata & record)
 {
     const NumberType * const type = FindNumberType(record.InternalType());
-    const NumberType * const own = NumberTypeOf(payload.Type());
+    const NumberType * const own = FindNumberType(payload.Type());
     const auto value = type != nullptr && own != nullptr && own->mType == type->mType ? PayloadValue(payload, 1)
                                                                                       : std::nullopt;
     return value ? std::optional(DescribedValue{ value->mText, {} }) : std::nullopt;
@@ -90,7 +92,7 @@ std::optional<std::string> IndexText(std::uint32_t number, const CTableIndex & i
     const std::string label = index.EnumLabel(static_cast<std::int32_t>(number));
     if (label.empty())
         return std::nullopt;
-    return IsPlainText(label) ? TextValue(label) : std::to_string(number);
+    return kit::text::IsPlain(label) ? TextValue(label) : std::to_string(number);
 }
 
 // Empty for a key that is no row.

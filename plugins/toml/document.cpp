@@ -1,22 +1,40 @@
 #include "document.h"
 
 #include "describedkey.h"
-#include "findings.h"
 #include "keylookup.h"
-#include "typedkey.h"
 #include "values.h"
 
-#include <kit/reading/contexts.h>
+#include <kit/reading/devices.h>
+#include <kit/reading/storetags.h>
 #include <kit/tomlsyntax/tomlsyntax.h>
 
-#include <map>
-#include <tuple>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace tomlconfig {
 
+using namespace kit::reading;
+
 namespace {
 
-constexpr std::int64_t MAX_TAG = 65535;   // types and store numbers are kept in 16 bits
+// How findings call a key, whatever is wrong with it: its name or number, with its indices.
+std::string LabelOf(const toml::table & table)
+{
+    const auto id = table[field::ID].value_or(std::int64_t{ 0 });
+    std::string label = table[field::NAME].value_or(id != 0 ? std::to_string(id) : std::string());
+    const auto add = [&label](const toml::node & index) {
+        if (index.is_integer() && !label.empty())
+            label += '.' + std::to_string(index.as_integer()->get());
+    };
+    const toml::node * const index = table.get(field::INDEX);
+    if (index != nullptr && index->is_array())
+        for (const toml::node & item : *index->as_array())
+            add(item);
+    else if (index != nullptr)
+        add(*index);
+    return label;
+}
 
 class CDocumentReader
 {
@@ -35,14 +53,14 @@ public:
     void Read(const toml::table & root)
     {
         if (const toml::node * filter = root.get(field::LAYER_FILTER)) {
-            mFindings.Add(*filter,
+            mFindings.Add(FindingAt(*filter, "filtered-file",
                 "this file holds the result of a filtered write, which names layers in place of "
-                "devices and stores; it is for reading by people and scripts only");
+                "devices and stores; it is for reading by people and scripts only"));
             return;
         }
         mValues.CheckFields(root, "the file", { field::CHIP, field::SUBSYSTEM });
         ReadChip(root);
-        mFileContext = kit::reading::FileContext(mCallerContext, mDocument.mChip);
+        mFileContext = FileContext(mCallerContext, mDocument.mContent.mChip);
         if (mLookup)
             mLookup->CheckChip(mDocument.mChipPlace, *mFileContext);
         if (const toml::node * subsystems = root.get(field::SUBSYSTEM))
@@ -74,29 +92,33 @@ private:
             return;
         mDocument.mChipPlace = node->source().begin;
         if (auto chip = mValues.Text(*node, field::CHIP))
-            mDocument.mChip = std::move(*chip);
+            mDocument.mContent.mChip = std::move(*chip);
     }
 
     void ReadSubsystem(const toml::table & table)
     {
         if (const toml::node * layer = table.get(field::LAYER)) {
-            mFindings.Add(*layer,
+            mFindings.Add(FindingAt(*layer, "filtered-file",
                 "a subsystem with a layer comes from a filtered write, which is for reading by "
-                "people and scripts only; expected \"device\" and \"store\"");
+                "people and scripts only; expected \"device\" and \"store\""));
             return;
         }
         mValues.CheckFields(table, "a subsystem", { field::TYPE, field::DEVICE, field::STORE, field::KEY });
         Subsystem subsystem;
-        subsystem.mType = ReadTag(table, field::TYPE, SubsystemWords(), -1);
-        subsystem.mDevice = ReadTag(table, field::DEVICE, DeviceWords(), -1);
-        subsystem.mStore = ReadTag(table, field::STORE, {}, 0);
+        SubsystemPlace & place = subsystem.mPlace;   // a tag of "" isn't set
+        place.mType = ReadTag(table, field::TYPE, SubsystemWords(), -1);
+        place.mDevice = ReadTag(table, field::DEVICE, DeviceWords(), -1);
+        place.mStore = ReadTag(table, field::STORE, {}, 0);
         mKeys = &subsystem.mKeys;
-        mSubsystemContext = kit::reading::SubsystemContext(
-            *mFileContext, { subsystem.mType, subsystem.mDevice, subsystem.mStore });
+        mSubsystemContext = SubsystemContext(*mFileContext, place);
+        mFindings.Scope().mStore = StoreName(place);
+        mFindings.Scope().mSubsystem = SubsystemName(place.mType);
         if (const toml::node * keys = table.get(field::KEY))
             EachTable(
                 *keys, field::KEY, "[[subsystem.key]]", [this](const toml::table & key) { ReadKey(key); });
-        mDocument.mSubsystems.push_back(std::move(subsystem));
+        mFindings.Scope().mStore.clear();
+        mFindings.Scope().mSubsystem.clear();
+        mDocument.mContent.mSubsystems.push_back(std::move(subsystem));
     }
 
     // A keyword, a number or, for a tag that isn't set, an empty text.
@@ -108,7 +130,7 @@ private:
             return std::nullopt;
         const auto * text = node->as_string();
         if (text == nullptr) {
-            const auto number = mValues.Integer(*node, name, min, MAX_TAG);
+            const auto number = mValues.Integer(*node, name, min, MAX_TAG_NUMBER);
             return number ? std::optional(static_cast<int>(*number)) : std::nullopt;
         }
         return text->get().empty() ? std::nullopt : NumberOfWord(*node, name, text->get(), words);
@@ -124,20 +146,23 @@ private:
             known.push_back(candidate.mWord);
         }
         if (known.empty())
-            mValues.AddMismatch(node, name, "a whole number from 0 to " + std::to_string(MAX_TAG));
+            mValues.AddMismatch(node, name, "a whole number from 0 to " + std::to_string(MAX_TAG_NUMBER));
         else
-            mFindings.Add(node, "unknown " + name + ' ' + Quoted(text) + Advice(text, known));
+            mFindings.Add(WithAdvice(
+                FindingAt(node, "unknown-" + name, "unknown " + name + ' ' + Quoted(text)), text, known));
         return std::nullopt;
     }
 
     void ReadKey(const toml::table & table)
     {
+        mFindings.Scope().mKey = LabelOf(table);
         auto key = mLookup && !table.contains(field::TYPE)
                        ? ReadDescribedKey(table, *mLookup, mFindings, *mSubsystemContext)
                        : ReadTypedKey(table, mFindings, mDocument.mRecords, mLookup ? &*mLookup : nullptr,
                              *mSubsystemContext);
         if (key)
             mKeys->push_back(std::move(*key));
+        mFindings.Scope().mKey.clear();
     }
 
     Document & mDocument;
@@ -145,18 +170,10 @@ private:
     CValueReader mValues;
     IConfigContext & mCallerContext;
     std::optional<CKeyLookup> mLookup;   // empty without metadata
-    kit::reading::ContextOwner mFileContext;
-    kit::reading::ContextOwner mSubsystemContext;   // of the subsystem that is being read
-    std::vector<Key> * mKeys = nullptr;             // of the subsystem that is being read
+    ContextOwner mFileContext;
+    ContextOwner mSubsystemContext;       // of the subsystem that is being read
+    std::vector<Key> * mKeys = nullptr;   // of the subsystem that is being read
 };
-
-std::string RowText(const Key & key)
-{
-    std::string text = std::to_string(key.mElement->PsId());
-    for (const std::uint32_t index : key.mIndices)
-        text += '.' + std::to_string(index);
-    return text;
-}
 
 }   // namespace
 
@@ -168,26 +185,8 @@ Document ReadDocument(
     if (const auto root = kit::tomlsyntax::ParseText(text, error))
         CDocumentReader(document, findings, provider, context).Read(*root);
     else
-        findings.Add(error.mPlace, error.mText);
+        findings.Add(FindingAt(error.mPlace, "syntax", error.mText));
     return document;
-}
-
-std::vector<std::string> FindDuplicates(const Document & document, const std::string & path)
-{
-    using Store = std::tuple<std::optional<int>, std::optional<int>, std::optional<int>>;
-    std::map<std::pair<Store, std::string>, toml::source_index> lines;
-    std::vector<std::string> duplicates;
-    for (const Subsystem & subsystem : document.mSubsystems) {
-        const Store store(subsystem.mType, subsystem.mDevice, subsystem.mStore);
-        for (const Key & key : subsystem.mKeys) {
-            const auto [first, isNew] = lines.emplace(std::pair(store, RowText(key)), key.mPlace.line);
-            if (!isNew)
-                duplicates.push_back(PlaceText(path, key.mPlace) + ": the key " + RowText(key) +
-                                     " stands in line " + std::to_string(first->second) +
-                                     " already; only one of the two counts");
-        }
-    }
-    return duplicates;
 }
 
 }   // namespace tomlconfig

@@ -1,11 +1,11 @@
 #include "keylookup.h"
 
-#include "findings.h"
 #include "recordfacts.h"
-#include "report.h"
 #include "vocabulary.h"
 
 #include <configtools/keywords.h>
+#include <kit/reporting/channel.h>
+#include <kit/text/ascii.h>
 
 #include <algorithm>
 #include <limits>
@@ -14,21 +14,11 @@
 
 namespace tomlconfig {
 
+using kit::reporting::TakeError;
+
 namespace {
 
 constexpr std::int64_t MAX_UINT32 = std::numeric_limits<std::uint32_t>::max();
-
-char Lowered(char character)
-{
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
-
-// As names of elements are compared.
-bool AreAlike(const std::string & left, const std::string & right)
-{
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-        [](char one, char other) { return Lowered(one) == Lowered(other); });
-}
 
 }   // namespace
 
@@ -51,10 +41,18 @@ void CKeyLookup::CheckChip(const toml::source_position & place, IConfigContext &
     const auto error = TakeError();
     mIsUsable = !error && std::find(known.begin(), known.end(), label) != known.end();
     if (error)
-        mFindings.Add(place, "the metadata can't be read: " + *error);
+        AddUnreadable(place, *error);
+    else if (!mIsUsable && known.empty())
+        mFindings.Add(
+            FindingAt(place, "unknown-chip", "unknown chip " + Quoted(label) + "; the metadata knows none"));
     else if (!mIsUsable)
-        mFindings.Add(place, "unknown chip " + Quoted(label) +
-                                 (known.empty() ? "; the metadata knows none" : Advice(label, known)));
+        mFindings.Add(
+            WithAdvice(FindingAt(place, "unknown-chip", "unknown chip " + Quoted(label)), label, known));
+}
+
+void CKeyLookup::AddUnreadable(const toml::source_position & place, const std::string & error)
+{
+    mFindings.Add(FindingAt(place, "unreadable-metadata", "the metadata can't be read: " + error));
 }
 
 template <typename AskT>
@@ -65,7 +63,7 @@ const IMetadata * CKeyLookup::Ask(const toml::source_position & place, AskT ask)
     const IMetadata & record = ask();
     if (const auto error = TakeError()) {
         mIsUsable = false;
-        mFindings.Add(place, "the metadata can't be read: " + *error);
+        AddUnreadable(place, *error);
         return nullptr;
     }
     return record.IsValid() && record.PsId() != 0 ? &record : nullptr;
@@ -89,7 +87,7 @@ const IMetadata * CKeyLookup::KeyOf(const toml::table & table, IConfigContext & 
     const toml::node * const idNode = table.get(field::ID);
     const toml::node * const nameNode = table.get(field::NAME);
     if (idNode == nullptr && nameNode == nullptr) {
-        mFindings.Add(table, "\"name\" is missing: a key has a name or a number");
+        mFindings.Add(FindingAt(table, "missing-field", "\"name\" is missing: a key has a name or a number"));
         return nullptr;
     }
     const std::uint32_t id = idNode != nullptr ? NumberOf(*idNode) : 0;   // 0 for none
@@ -104,10 +102,11 @@ const IMetadata * CKeyLookup::KeyOf(const toml::table & table, IConfigContext & 
     if (id == 0)
         AddUnknown(*nameNode, *name, context);
     else if (const IMetadata * const named = name ? ByName(*name, *nameNode, context) : nullptr)
-        mFindings.Add(*idNode, "unknown key " + std::to_string(id) + "; " + Quoted(named->Name()) +
-                                   " has the number " + std::to_string(named->PsId()));
+        mFindings.Add(FindingAt(*idNode, "unknown-key",
+            "unknown key " + std::to_string(id) + "; " + Quoted(named->Name()) + " has the number " +
+                std::to_string(named->PsId())));
     else
-        mFindings.Add(*idNode, "unknown key " + std::to_string(id));
+        mFindings.Add(FindingAt(*idNode, "unknown-key", "unknown key " + std::to_string(id)));
     return nullptr;
 }
 
@@ -126,16 +125,16 @@ void CKeyLookup::AddUnknown(const toml::node & node, const std::string & name, I
     constexpr int MOST = 100;
     const std::string nearest = mAdvised++ < MOST ? mProvider.NearestName(name, context) : "";
     TakeError();   // without a name to advise, the finding is the same
-    mFindings.Add(node,
-        "unknown key " + Quoted(name) + (nearest.empty() ? "" : "; did you mean " + Quoted(nearest) + '?'));
+    mFindings.Add(WithNearest(FindingAt(node, "unknown-key", "unknown key " + Quoted(name)), nearest));
 }
 
 bool CKeyLookup::Agree(const toml::node & node, const std::string & name, const IMetadata & record)
 {
-    if (AreAlike(name, record.Name()))
+    if (kit::text::EqualsIgnoringCase(name, record.Name()))   // as names of elements are compared
         return true;
-    mFindings.Add(node, "\"name\": the key " + std::to_string(record.PsId()) + " is called " +
-                            Quoted(record.Name()) + ", not " + Quoted(name));
+    mFindings.Add(FindingAt(node, "wrong-name",
+        "\"name\": the key " + std::to_string(record.PsId()) + " is called " + Quoted(record.Name()) +
+            ", not " + Quoted(name)));
     return false;
 }
 

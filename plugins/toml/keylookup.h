@@ -16,8 +16,6 @@
 
 namespace tomlconfig {
 
-class CFindings;
-
 /// Asks a metadata provider. What it complains of is one finding, and then it isn't asked any more.
 class CKeyLookup
 {
@@ -40,6 +38,7 @@ private:
     template <typename AskT>
     const IMetadata * Ask(const toml::source_position & place, AskT ask);
     std::uint32_t NumberOf(const toml::node & node);
+    void AddUnreadable(const toml::source_position & place, const std::string & error);
     void AddUnknown(const toml::node & node, const std::string & name, IConfigContext & context);
     bool Agree(const toml::node & node, const std::string & name, const IMetadata & record);
 

@@ -1,18 +1,21 @@
 #include "keywalk.h"
 
-#include "findings.h"
 #include "recordfacts.h"
-#include "report.h"
-
-#include <kit/layout/structtree.h>
 
 #include <configtools/keywords.h>
 #include <configtools/structlayout.h>
+#include <kit/layout/structtree.h>
+#include <kit/layout/structtree.h>
+#include <kit/reporting/channel.h>
+#include <kit/text/words.h>
 
 #include <algorithm>
 #include <string_view>
 
 namespace tomlconfig {
+
+using kit::reporting::TakeError;
+using kit::text::Counted;
 
 namespace {
 
@@ -21,11 +24,6 @@ constexpr std::size_t MAX_ITEMS = 65536;   // of one array
 bool BeginsWith(std::string_view text, std::string_view beginning)
 {
     return text.substr(0, beginning.size()) == beginning;
-}
-
-std::string CountText(std::uint64_t count, const std::string & what)
-{
-    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
 std::string Between(std::int64_t least, std::int64_t most)
@@ -127,9 +125,9 @@ void CKeyWalk::StartStruct(const IMetadata & metadata)
     if (node != nullptr && table == nullptr)
         mValues.AddMismatch(*node, label, "a structure { FIELD = VALUE, ... }");
     if (table != nullptr && !HasFieldNames(metadata)) {
-        mFindings.Add(*table, Quoted(label) +
-                                  ": the metadata gives two of its fields one name, or none; give the "
-                                  "key a type, and its fields as { TYPE = VALUE }");
+        Add(*table, metadata, "bad-metadata",
+            "the metadata gives two of its fields one name, or none; give the key a type, and its fields as "
+            "{ TYPE = VALUE }");
         table = nullptr;
     }
     if (table != nullptr)
@@ -167,8 +165,24 @@ const toml::node * CKeyWalk::Find(const IMetadata & record)
         return nullptr;
     const toml::node * const node = level.mTable->get(record.Name());
     if (node == nullptr)
-        mFindings.Add(*level.mTable, Quoted(record.Name()) + " is missing: a field of " + Quoted(level.mPath));
+        mFindings.Add(FindingAt(*level.mTable, "missing-field",
+            Quoted(record.Name()) + " is missing: a field of " + Quoted(level.mPath)));
     return node;
+}
+
+// A finding about the value of a key or field.
+Finding CKeyWalk::About(
+    const toml::node & node, const IMetadata & record, const std::string & code, const std::string & text) const
+{
+    Finding finding = FindingAt(node, code, Quoted(Label(record)) + ": " + text);
+    finding.mField = mLevels.empty() ? "" : Label(record);
+    return finding;
+}
+
+void CKeyWalk::Add(
+    const toml::node & node, const IMetadata & record, const std::string & code, const std::string & text)
+{
+    mFindings.Add(About(node, record, code, text));
 }
 
 std::string CKeyWalk::Label(const IMetadata & record) const
@@ -194,22 +208,28 @@ void CKeyWalk::Judge(const IMetadata & record)
     if (mSource.IsRefused())
         return;   // has been told; the factory complains of the 0 in its place
     if (error)
-        mFindings.Add(mSource.Last(), Quoted(Label(record)) + ": " + Explained(*error, record));
-    else if (!mLevels.empty() && mChecks && mSource.LastType() == nullptr)
+        mFindings.Add(Explained(*error, record));
+    else if (!mLevels.empty() && mChecks && mSource.LastType().empty())
         JudgeLength(record);
 }
 
 // In the words of the file, where the factory has those of the library. It prints large numbers as negative ones, too.
-std::string CKeyWalk::Explained(const std::string & error, const IMetadata & record) const
+Finding CKeyWalk::Explained(const std::string & error, const IMetadata & record) const
 {
-    if (BeginsWith(error, "Read value ") && mSource.LastType() != nullptr)
-        return mSource.LastText() + " is out of range; expected " + RangeText(record, *mSource.LastType());
+    const auto about = [&](const std::string & code, const std::string & text) {
+        return About(mSource.Last(), record, code, text);
+    };
+    if (BeginsWith(error, "Read value ") && !mSource.LastType().empty())
+        return WithExpected(about("out-of-range", mSource.LastText() + " is out of range"),
+            RangeText(record, mSource.LastType()));
     if (BeginsWith(error, "String value's length"))
-        return "found " + CountText(mSource.LastBytes().size(), "byte") + "; expected " +
-               Between(record.Min(), record.Max());
+        return WithExpected(about("wrong-length", "found " + Counted(mSource.LastBytes().size(), "byte")),
+            Between(record.Min(), record.Max()));
     if (BeginsWith(error, "Value ") && record.MetadataType() == METADATA_ENUM)
-        return "no enumerator has the number " + mSource.LastText() + Expected(EnumeratorNames(record));
-    return error;
+        return WithAlternatives(
+            about("unknown-enumerator", "no enumerator has the number " + mSource.LastText()),
+            EnumeratorNames(record));
+    return about("rejected-value", error);
 }
 
 // A field has no length of its own on a device: octets fill it, and a text that is longer would be cut off.
@@ -223,11 +243,12 @@ void CKeyWalk::JudgeLength(const IMetadata & record)
     const std::size_t held = width > 64 ? width / 16 * 2 : width / 8;   // wide fields are whole words
     const std::size_t length = mSource.LastBytes().size();
     if (length > held || (isOctet && length != held))
-        mFindings.Add(mSource.Last(), Quoted(Label(record)) + ": expected " + CountText(held, "byte") +
-                                          (isOctet ? "" : " at most") + ", found " + std::to_string(length));
+        Add(mSource.Last(), record, "wrong-length",
+            "expected " + Counted(held, "byte") + (isOctet ? "" : " at most") + ", found " +
+                std::to_string(length));
     else if (!isOctet && length != 0 && mSource.LastBytes().back() == '\0')
-        mFindings.Add(mSource.Last(),
-            Quoted(Label(record)) + ": a text in a structure ends where zeros begin; this one ends in one");
+        Add(mSource.Last(), record, "ends-in-zero",
+            "a text in a structure ends where zeros begin; this one ends in one");
 }
 
 std::vector<const toml::node *> CKeyWalk::Items(const IMetadata & record)
@@ -269,8 +290,9 @@ bool CKeyWalk::IsCountGood(const toml::node & node, const IMetadata & record, st
 {
     const toml::array * const array = node.as_array();
     if (array != nullptr && array->size() > MAX_ITEMS) {
-        mFindings.Add(node, Quoted(Label(record)) + ": found " + std::to_string(array->size()) +
-                                " values; expected " + std::to_string(MAX_ITEMS) + " at most");
+        mFindings.Add(
+            WithExpected(About(node, record, "wrong-count", "found " + Counted(array->size(), "value")),
+                std::to_string(MAX_ITEMS) + " at most"));
         return false;
     }
     if (!mLevels.empty())
@@ -283,8 +305,8 @@ bool CKeyWalk::IsCountGood(const toml::node & node, const IMetadata & record, st
     const auto found = static_cast<std::int64_t>(count);
     if (found >= least && found <= most)
         return true;
-    mFindings.Add(node,
-        Quoted(Label(record)) + ": found " + CountText(count, "value") + "; expected " + Between(least, most));
+    mFindings.Add(WithExpected(
+        About(node, record, "wrong-count", "found " + Counted(count, "value")), Between(least, most)));
     return false;
 }
 
@@ -295,11 +317,10 @@ bool CKeyWalk::FitsField(const toml::node & node, const IMetadata & record, std:
     if (held == count && count != 0)
         return true;
     if (held == 0)
-        mFindings.Add(
-            node, Quoted(Label(record)) + ": the metadata describes an array without room for an item");
+        Add(node, record, "bad-metadata", "the metadata describes an array without room for an item");
     else
-        mFindings.Add(node, Quoted(Label(record)) + ": found " + CountText(count, "value") + "; expected " +
-                                std::to_string(held));
+        mFindings.Add(WithExpected(
+            About(node, record, "wrong-count", "found " + Counted(count, "value")), std::to_string(held)));
     return false;
 }
 

@@ -65,7 +65,11 @@ private:
     void Deliver(const IMetadata & record, Callback callback);
     void Judge(const IMetadata & record);
     void JudgeLength(const IMetadata & record);
-    std::string Explained(const std::string & error, const IMetadata & record) const;
+    Finding About(const toml::node & node, const IMetadata & record, const std::string & code,
+        const std::string & text) const;
+    void Add(
+        const toml::node & node, const IMetadata & record, const std::string & code, const std::string & text);
+    Finding Explained(const std::string & error, const IMetadata & record) const;
     const toml::node * Find(const IMetadata & record);
     std::string Label(const IMetadata & record) const;
     std::vector<const toml::node *> Items(const IMetadata & record);

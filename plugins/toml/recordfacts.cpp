@@ -91,14 +91,15 @@ bool HasFieldNames(const IMetadata & record)
     return names.size() == FieldsOf(record).size() && distinct.size() == names.size();
 }
 
-std::string RangeText(const IMetadata & record, const NumberType & type)
+std::string RangeText(const IMetadata & record, const std::string & typeWord)
 {
+    const NumberType & type = *FindNumberType(typeWord);
     if (type.mType == NUMERIC_UINT64)   // the checks take both limits as unsigned numbers
         return std::to_string(static_cast<std::uint64_t>(record.Min())) + " to " +
                std::to_string(static_cast<std::uint64_t>(record.Max()));
     const auto typeMax = static_cast<std::int64_t>(type.mMax);
-    if (std::string(type.mWord) == keywords::TYPE_INTEGER)   // which isn't checked
-        return std::to_string(type.mMin) + " to " + std::to_string(typeMax);
+    if (typeWord == keywords::TYPE_INTEGER)   // which isn't checked
+        return kit::numbertypes::RangeOf(type).Text();
     return std::to_string(std::max(record.Min(), type.mMin)) + " to " +
            std::to_string(std::min(record.Max(), typeMax));
 }

@@ -47,7 +47,7 @@ std::vector<std::string> FieldNames(const IMetadata & record);
 bool HasFieldNames(const IMetadata & record);
 
 /// "0 to 100": what the library's checks let pass for a number of this type.
-std::string RangeText(const IMetadata & record, const NumberType & type);
+std::string RangeText(const IMetadata & record, const std::string & typeWord);
 
 }   // namespace tomlconfig
 

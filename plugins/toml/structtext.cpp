@@ -38,19 +38,13 @@ const NumberType * NumberTypeOf(const CStructField & field)
     return FindNumberType(fitting.empty() ? type : fitting);
 }
 
-std::size_t SizeOf(const NumberType & type)
-{
-    static constexpr std::size_t SIZES[] = { 1, 2, 4, 8 };
-    return SIZES[static_cast<std::size_t>(type.mType) % 4];
-}
-
 // The bytes of a number or enumerator, the lowest first.
 std::optional<std::string> BytesOf(IPayload & payload)
 {
     if (auto * const text = dynamic_cast<CStringPayload *>(&payload))
         return text->GetValue();
-    const bool isNumber = tomlconfig::NumberTypeOf(payload.Type()) != nullptr ||
-                          dynamic_cast<CEnumPayload *>(&payload) != nullptr;
+    const bool isNumber =
+        FindNumberType(payload.Type()) != nullptr || dynamic_cast<CEnumPayload *>(&payload) != nullptr;
     char bytes[sizeof(std::uint64_t)] = {};
     const std::uint64_t count = isNumber ? payload.WriteToMem(bytes, sizeof bytes) : 0;
     return count != 0 && count <= sizeof bytes ? std::optional(std::string(bytes, count)) : std::nullopt;
@@ -65,8 +59,7 @@ std::uint64_t NumberOf(const std::string & bytes)
 
 std::string NumberText(std::uint64_t bits, const NumberType & type)
 {
-    const NumericVariable variable = type.mVariable(bits);
-    return type.mText(&variable);
+    return tomlconfig::NumberText(kit::numbertypes::NumberOf(type, kit::numbertypes::VariableOf(type, bits)));
 }
 
 // The octets of a field of more than 64 bits, which is a list of words.
@@ -104,9 +97,9 @@ std::string TextOfBytes(std::string bytes, const IMetadata & record)
 std::optional<std::string> WideNumberText(const std::string & bytes, const CStructField & field)
 {
     const NumberType * const type = NumberTypeOf(field);
-    if (type == nullptr || bytes.size() < SizeOf(*type))
+    if (type == nullptr || bytes.size() < type->Bytes())
         return std::nullopt;
-    const std::string number = bytes.substr(0, SizeOf(*type));
+    const std::string number = bytes.substr(0, type->Bytes());
     const bool isSigned = field.Metadata()->Format() == keywords::FORMAT_SIGNED_DECIMAL;
     const char fill = isSigned && (number.back() & 0x80) != 0 ? '\xFF' : '\0';
     const bool isFilled = bytes.find_first_not_of(fill, number.size()) == std::string::npos;
@@ -130,8 +123,8 @@ std::optional<std::string> PlainText(IPayload & payload, const CStructField & fi
     if (isWide)
         return WideNumberText(*bytes, field);
     const NumberType * const type = NumberTypeOf(field);
-    const bool fits = type != nullptr && tomlconfig::NumberTypeOf(payload.Type()) != nullptr &&
-                      tomlconfig::NumberTypeOf(payload.Type())->mType == type->mType;
+    const bool fits = type != nullptr && FindNumberType(payload.Type()) != nullptr &&
+                      FindNumberType(payload.Type())->mType == type->mType;
     return fits ? std::optional(NumberText(NumberOf(*bytes), *type)) : std::nullopt;
 }
 
@@ -144,8 +137,8 @@ std::optional<std::string> ItemText(IPayload & payload, const IMetadata & record
         return std::nullopt;
     if (record.MetadataType() == METADATA_ENUM)
         return EnumText(NumberOf(*bytes), record);
-    const bool isCutOff = SizeOf(*type) == 8 && payload.Type() == PAYLOAD_UINT32;
-    const bool fits = bytes->size() == SizeOf(*type) || isCutOff;
+    const bool isCutOff = type->Bytes() == 8 && payload.Type() == PAYLOAD_UINT32;
+    const bool fits = bytes->size() == type->Bytes() || isCutOff;
     return fits ? std::optional(NumberText(NumberOf(*bytes), *type)) : std::nullopt;
 }
 

@@ -5,21 +5,7 @@
 #include "writer.h"
 
 #include <configtools/plugin.h>
-
-namespace {
-
-// No exception may leave an entry point; null says that there is no object.
-template <typename ObjectT>
-ObjectT * Create(const std::string & path) noexcept
-{
-    try {
-        return new ObjectT(path);
-    } catch (...) {
-        return nullptr;
-    }
-}
-
-}   // namespace
+#include <kit/reporting/guard.h>
 
 const char * GetPlugInName()
 {
@@ -33,10 +19,10 @@ const char * GetPlugInSignature()
 
 VrexZynConfigTools::IConfigReader * CreateConfigReader(const std::string & argument, void *)
 {
-    return Create<tomlconfig::CTomlReader>(argument);
+    return kit::reporting::CreateOrNull<tomlconfig::CTomlReader>(argument);
 }
 
 VrexZynConfigTools::IConfigWriter * CreateConfigWriter(const std::string & argument, void *)
 {
-    return Create<tomlconfig::CTomlWriter>(argument);
+    return kit::reporting::CreateOrNull<tomlconfig::CTomlWriter>(argument);
 }

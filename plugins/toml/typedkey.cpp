@@ -1,6 +1,5 @@
 #include "typedkey.h"
 
-#include "findings.h"
 #include "recordfacts.h"
 #include "values.h"
 
@@ -10,6 +9,8 @@
 #include <limits>
 
 namespace tomlconfig {
+
+using kit::reading::Key;
 
 namespace {
 
@@ -108,7 +109,8 @@ public:
         if (head.mIsRow && head.mIndices.empty())
             element = MakeRowWithoutIndices(head, *element);
         element->Use(AddRecord(head, value->is_array()));
-        return Key{ std::move(element), head.mIndices, table.source().begin };
+        const toml::source_position place = table.source().begin;
+        return Key{ std::move(element), head.mIndices, place.line, place.column };
     }
 
 private:
@@ -146,9 +148,12 @@ private:
         };
         if (head.mType == expected || (isInteger(head.mType) && isInteger(expected)))
             return true;
-        mFindings.Add(node, "the type " + Quoted(head.mType) + " contradicts the metadata, by which " +
-                                Quoted(KeyText(*record)) + " is " + Quoted(expected) +
-                                "; leave the type out, or correct it");
+        Finding finding = FindingAt(node, "wrong-type",
+            "the type " + Quoted(head.mType) + " contradicts the metadata, by which " +
+                Quoted(KeyText(*record)) + " is " + Quoted(expected) + "; leave the type out, or correct it");
+        finding.mField = field::TYPE;
+        finding.mExpected = expected;
+        mFindings.Add(std::move(finding));
         return false;
     }
 
@@ -175,7 +180,8 @@ private:
         }
         const auto & known = TypeWords();
         if (std::find(known.begin(), known.end(), text->get()) == known.end()) {
-            mFindings.Add(*node, "unknown type " + Quoted(text->get()) + Advice(text->get(), known));
+            mFindings.Add(WithAdvice(
+                FindingAt(*node, "unknown-type", "unknown type " + Quoted(text->get())), text->get(), known));
             return false;
         }
         head.mType = text->get();
@@ -225,9 +231,9 @@ private:
         const NumberType & type = *FindNumberType(head.mType);
         std::vector<NumericVariable> variables;
         const bool isGood = EachItem(value, [&](const toml::node & item) {
-            const auto bits = mValues.Number(item, type);
+            const auto bits = mValues.Number(item, head.mType);
             if (bits)
-                variables.push_back(type.mVariable(*bits));
+                variables.push_back(kit::numbertypes::VariableOf(type, *bits));
             return bits.has_value();
         });
         if (!isGood)
@@ -268,8 +274,10 @@ private:
             return nullptr;
         }
         if (array->empty() && !head.mName.empty()) {
-            mFindings.Add(value, "a structure without fields can't keep its name when it is written; give it a "
-                                 "field or leave out the name");
+            mFindings.Add(FindingAt(value, "empty-structure",
+                "a structure without fields can't keep its name when it is written; give it a field or leave "
+                "out "
+                "the name"));
             return nullptr;
         }
         auto fields = mValues.Fields(*array, 0);
@@ -291,7 +299,8 @@ private:
         if (array == nullptr)
             return action(value);
         if (array->empty())
-            mFindings.Add(value, "\"value\": expected one value at least, found an empty array");
+            mFindings.Add(FindingAt(
+                value, "wrong-count", "\"value\": expected one value at least, found an empty array"));
         bool isGood = !array->empty();
         for (const toml::node & item : *array)
             isGood = action(item) && isGood;

@@ -1,24 +1,30 @@
 #include "values.h"
 
-#include <kit/tomlsyntax/tomlsyntax.h>
-
-#include "findings.h"
-
 #include <configtools/elements.h>
 #include <configtools/keywords.h>
+#include <configtools/numbertypes.h>
+#include <kit/text/hex.h>
+#include <kit/text/number.h>
+#include <kit/tomlsyntax/tomlsyntax.h>
 
 #include <algorithm>
 #include <limits>
 
 namespace tomlconfig {
 
+using kit::numbertypes::NumberRange;
+
 namespace {
 
 constexpr char FIELD_FORM[] = "a field { TYPE = VALUE } or a nested structure [ ... ]";
 
-std::string RangeText(std::int64_t min, std::uint64_t max)
+// A finding about a field of the file's format.
+Finding FieldFinding(
+    const toml::node & node, const std::string & code, const std::string & name, const std::string & text)
 {
-    return std::to_string(min) + " to " + std::to_string(max);
+    Finding finding = FindingAt(node, code, Quoted(name) + text);
+    finding.mField = name;
+    return finding;
 }
 
 }   // namespace
@@ -33,8 +39,9 @@ void CValueReader::CheckFields(
     for (const auto & [key, node] : table) {
         const std::string name(key.str());
         if (std::find(known.begin(), known.end(), name) == known.end())
-            mFindings.Add(
-                key.source().begin, "unknown field " + Quoted(name) + " in " + where + Advice(name, known));
+            mFindings.Add(WithAdvice(FindingAt(key.source().begin, "unknown-field",
+                                         "unknown field " + Quoted(name) + " in " + where),
+                name, known));
     }
 }
 
@@ -43,13 +50,16 @@ const toml::node * CValueReader::Required(
 {
     const toml::node * node = table.get(name);
     if (node == nullptr)
-        mFindings.Add(table, Quoted(name) + " is missing: " + what);
+        mFindings.Add(FieldFinding(table, "missing-field", name, " is missing: " + what));
     return node;
 }
 
 void CValueReader::AddMismatch(const toml::node & node, const std::string & name, const std::string & expected)
 {
-    mFindings.Add(node, Quoted(name) + ": expected " + expected + ", found " + kit::tomlsyntax::KindOf(node));
+    Finding finding = FieldFinding(
+        node, "wrong-kind", name, ": expected " + expected + ", found " + kit::tomlsyntax::KindOf(node));
+    finding.mExpected = expected;
+    mFindings.Add(std::move(finding));
 }
 
 std::optional<std::string> CValueReader::Text(const toml::node & node, const std::string & name)
@@ -72,10 +82,10 @@ std::optional<std::string> CValueReader::Octets(const toml::node & node, const s
         AddMismatch(node, name, "bytes as a text of hexadecimal digits");
         return std::nullopt;
     }
-    auto bytes = BytesOfHex(text->get());
+    auto bytes = kit::text::BytesOfHex(text->get());
     if (!bytes)
-        mFindings.Add(
-            node, Quoted(name) + ": expected pairs of hexadecimal digits, found " + Quoted(text->get()));
+        mFindings.Add(FieldFinding(
+            node, "bad-hex", name, ": expected pairs of hexadecimal digits, found " + Quoted(text->get())));
     return bytes;
 }
 
@@ -87,7 +97,7 @@ std::optional<std::string> CValueReader::TextOrOctets(const toml::node & node, b
 std::optional<std::int64_t> CValueReader::Integer(
     const toml::node & node, const std::string & name, std::int64_t min, std::int64_t max)
 {
-    const std::string range = RangeText(min, static_cast<std::uint64_t>(max));
+    const std::string range = NumberRange{ min, max }.Text();
     const auto * integer = node.as_integer();
     if (integer == nullptr) {
         AddMismatch(node, name, "a whole number from " + range);
@@ -95,32 +105,36 @@ std::optional<std::int64_t> CValueReader::Integer(
     }
     const std::int64_t number = integer->get();
     if (number < min || number > max) {
-        mFindings.Add(
-            node, Quoted(name) + ": " + std::to_string(number) + " is out of range; expected " + range);
+        mFindings.Add(WithExpected(
+            FieldFinding(node, "out-of-range", name, ": " + std::to_string(number) + " is out of range"),
+            range));
         return std::nullopt;
     }
     return number;
 }
 
-std::optional<std::uint64_t> CValueReader::Number(const toml::node & node, const NumberType & type)
+std::optional<std::uint64_t> CValueReader::Number(const toml::node & node, const std::string & typeWord)
 {
+    const NumberType & type = *FindNumberType(typeWord);
     const auto * text = node.as_string();
     if (text != nullptr && type.mType == NUMERIC_UINT64) {
-        const auto number = ParseUnsigned(text->get());
+        const auto number = kit::text::ParseWithPrefix(text->get());
         if (!number)
-            mFindings.Add(
-                node, "\"value\": expected a number of the type uint64, found " + Quoted(text->get()));
+            mFindings.Add(FieldFinding(node, "bad-number", field::VALUE,
+                ": expected a number of the type uint64, found " + Quoted(text->get())));
         return number;
     }
     const auto * integer = node.as_integer();
     if (integer == nullptr) {
-        AddMismatch(node, field::VALUE, std::string("a whole number of the type ") + type.mWord);
+        AddMismatch(node, field::VALUE, "a whole number of the type " + typeWord);
         return std::nullopt;
     }
     const std::int64_t number = integer->get();
-    if (number < type.mMin || (number > 0 && static_cast<std::uint64_t>(number) > type.mMax)) {
-        mFindings.Add(node, "\"value\": " + std::to_string(number) + " is out of range for " + type.mWord +
-                                "; expected " + RangeText(type.mMin, type.mMax));
+    const NumberRange range = kit::numbertypes::RangeOf(type);
+    if (!range.Contains(number)) {
+        mFindings.Add(WithExpected(FieldFinding(node, "out-of-range", field::VALUE,
+                                       ": " + std::to_string(number) + " is out of range for " + typeWord),
+            range.Text()));
         return std::nullopt;
     }
     return static_cast<std::uint64_t>(number);
@@ -149,10 +163,10 @@ std::optional<std::pair<std::string, std::int32_t>> CValueReader::Enumerator(con
 std::unique_ptr<IPayload> CValueReader::Leaf(const toml::node & node, const std::string & typeWord)
 {
     if (const NumberType * type = FindNumberType(typeWord)) {
-        const auto bits = Number(node, *type);
-        return std::unique_ptr<IPayload>(
-            bits ? CElementNumericArray::GetPayloadByNumericType(type->mType, type->mVariable(*bits))
-                 : nullptr);
+        const auto bits = Number(node, typeWord);
+        return std::unique_ptr<IPayload>(bits ? CElementNumericArray::GetPayloadByNumericType(
+                                                    type->mType, kit::numbertypes::VariableOf(*type, *bits))
+                                              : nullptr);
     }
     if (typeWord == word::ENUM) {
         const auto enumerator = Enumerator(node);
@@ -191,7 +205,9 @@ std::unique_ptr<IPayload> CValueReader::TypedField(const toml::table & table, in
     const std::string typeWord(key.str());
     const bool isKnown = std::find(TypeWords().begin(), TypeWords().end(), typeWord) != TypeWords().end();
     if (!isKnown) {
-        mFindings.Add(key.source().begin, "unknown type " + Quoted(typeWord) + Advice(typeWord, TypeWords()));
+        mFindings.Add(
+            WithAdvice(FindingAt(key.source().begin, "unknown-type", "unknown type " + Quoted(typeWord)),
+                typeWord, TypeWords()));
         return nullptr;
     }
     if (typeWord != word::STRUCT && typeWord != word::RAW)
@@ -210,8 +226,8 @@ std::unique_ptr<IPayload> CValueReader::Structure(
     const toml::array & array, std::unique_ptr<CComplexPayload> structure, int depth)
 {
     if (depth >= MAX_DEPTH) {
-        mFindings.Add(
-            array, "structures nest too deep; expected " + std::to_string(MAX_DEPTH) + " levels at most");
+        mFindings.Add(WithExpected(FindingAt(array, "nested-too-deep", "structures nest too deep"),
+            std::to_string(MAX_DEPTH) + " levels at most"));
         return nullptr;
     }
     for (auto & field : Fields(array, depth + 1)) {

@@ -3,6 +3,7 @@
 #ifndef TOMLCONFIG_VALUES_H
 #define TOMLCONFIG_VALUES_H
 
+#include "findings.h"
 #include "vocabulary.h"
 
 #include <toml++/toml.h>
@@ -17,8 +18,6 @@
 #include <vector>
 
 namespace tomlconfig {
-
-class CFindings;
 
 using PayloadList = std::vector<std::unique_ptr<IPayload>>;
 
@@ -47,8 +46,8 @@ public:
     std::optional<std::int64_t> Integer(
         const toml::node & node, const std::string & name, std::int64_t min, std::int64_t max);
 
-    /// The value's bits: those of a negative number are its two's complement.
-    std::optional<std::uint64_t> Number(const toml::node & node, const NumberType & type);
+    /// The value's bits: those of a negative number are its two's complement. The type word is that of a number.
+    std::optional<std::uint64_t> Number(const toml::node & node, const std::string & typeWord);
 
     /// The value of a type word that stands for one payload: an integer, a text, an octet string, an enumerator.
     std::unique_ptr<IPayload> Leaf(const toml::node & node, const std::string & typeWord);

@@ -1,11 +1,10 @@
 #include "valuesource.h"
 
-#include <kit/tomlsyntax/tomlsyntax.h>
-
-#include "findings.h"
 #include "recordfacts.h"
 
 #include <configtools/keywords.h>
+#include <kit/text/number.h>
+#include <kit/tomlsyntax/tomlsyntax.h>
 
 #include <algorithm>
 #include <limits>
@@ -73,7 +72,7 @@ const std::string & CValueSource::LastText() const
     return mLastText;
 }
 
-const NumberType * CValueSource::LastType() const
+const std::string & CValueSource::LastType() const
 {
     return mLastType;
 }
@@ -96,11 +95,11 @@ bool CValueSource::NextInt(const std::string & typeName, std::uint64_t & value, 
     if (!Take())
         return false;
     const NumberType * const type = FindNumberType(typeName);
-    mLastType = type;
-    const auto bits =
-        type != nullptr
-            ? Bits(*type)
-            : Refuse("the metadata gives it the type " + Quoted(typeName) + ", which is no type of numbers");
+    mLastType = type != nullptr ? typeName : "";
+    const auto bits = type != nullptr
+                          ? Bits(*type)
+                          : Refuse(About("bad-metadata", "the metadata gives it the type " + Quoted(typeName) +
+                                                             ", which is no type of numbers"));
     value = bits.value_or(0);
     return bits && HasMore();
 }
@@ -132,25 +131,55 @@ bool CValueSource::NextEnum(std::uint64_t & value, std::uint16_t * /*indexNumber
 bool CValueSource::Take()
 {
     mIsRefused = false;
-    mLastType = nullptr;
+    mLastType.clear();
     if (!HasMore())
         return false;
     mLast = mItems[mNext++];
     return true;
 }
 
-std::nullopt_t CValueSource::Refuse(const std::string & text)
+Finding CValueSource::About(const std::string & code, const std::string & text) const
+{
+    Finding finding = FindingAt(*mLast, code, Quoted(mLabel) + ": " + text);
+    finding.mField = mLabel;
+    return finding;
+}
+
+Finding CValueSource::Unknown(const std::string & text) const
+{
+    return About("unknown-enumerator", text);
+}
+
+Finding CValueSource::WrongNumber(const std::string & found) const
+{
+    const std::string expected = "a whole number from " + RangeText(*mRecord, mLastType);
+    Finding finding = About("wrong-kind", "expected " + expected + ", found " + found);
+    finding.mExpected = expected;
+    return finding;
+}
+
+Finding CValueSource::AboutIndex(
+    const toml::node & node, const std::string & code, const std::string & text) const
+{
+    Finding finding = FindingAt(node, code, Quoted(mIndexLabel) + ": " + text);
+    finding.mField = mIndexLabel;
+    return finding;
+}
+
+std::nullopt_t CValueSource::Refuse(Finding finding)
 {
     mIsRefused = true;
-    mFindings.Add(*mLast, Quoted(mLabel) + ": " + text);
+    mFindings.Add(std::move(finding));
     return std::nullopt;
 }
 
-std::nullopt_t CValueSource::LeaveOut(const std::string & text)
+std::nullopt_t CValueSource::LeaveOut(Finding finding)
 {
     mIsRefused = true;
     mHasLeftOut = true;
-    mFindings.Warn(*mLast, Quoted(mLabel) + ": " + text + "; the key is left out");
+    finding.mText += "; the key is left out";
+    finding.mSeverity = SEVERITY_WARNING;
+    mFindings.Add(std::move(finding));
     return std::nullopt;
 }
 
@@ -158,18 +187,17 @@ std::optional<std::uint64_t> CValueSource::Bits(const NumberType & type)
 {
     const auto * const text = mLast->as_string();
     if (text != nullptr && type.mType == NUMERIC_UINT64)
-        return BitsOfText(text->get(), type);
+        return BitsOfText(text->get());
     if (const auto * const integer = mLast->as_integer())
         return BitsOfInteger(integer->get(), type);
-    return Refuse(
-        "expected a whole number from " + RangeText(*mRecord, type) + ", found " + kit::tomlsyntax::KindOf(*mLast));
+    return Refuse(WrongNumber(kit::tomlsyntax::KindOf(*mLast)));
 }
 
-std::optional<std::uint64_t> CValueSource::BitsOfText(const std::string & text, const NumberType & type)
+std::optional<std::uint64_t> CValueSource::BitsOfText(const std::string & text)
 {
-    const auto number = ParseUnsigned(text);
+    const auto number = kit::text::ParseWithPrefix(text);
     if (!number)
-        return Refuse("expected a whole number from " + RangeText(*mRecord, type) + ", found " + Quoted(text));
+        return Refuse(WrongNumber(Quoted(text)));
     mLastText = std::to_string(*number);
     return number;
 }
@@ -178,18 +206,21 @@ std::optional<std::uint64_t> CValueSource::BitsOfInteger(std::int64_t number, co
 {
     const auto bits = static_cast<std::uint64_t>(number);
     mLastText = std::to_string(number);
-    if (number >= type.mMin && (number < 0 || bits <= type.mMax))
+    if (kit::numbertypes::RangeOf(type).Contains(number))
         return bits;
     if (mChecks)
-        return Refuse(mLastText + " is out of range; expected " + RangeText(*mRecord, type));
+        return Refuse(WithExpected(
+            About("out-of-range", mLastText + " is out of range"), RangeText(*mRecord, mLastType)));
     return LowBits(type, bits);
 }
 
 std::optional<std::uint64_t> CValueSource::LowBits(const NumberType & type, std::uint64_t bits)
 {
-    const NumericVariable kept = type.mVariable(bits);
-    mFindings.Warn(*mLast, Quoted(mLabel) + ": " + mLastText + " doesn't fit into " + type.mWord +
-                               "; what is left of it is " + type.mText(&kept));
+    const auto kept = kit::numbertypes::NumberOf(type, kit::numbertypes::VariableOf(type, bits));
+    Finding finding = About("cut-off",
+        mLastText + " doesn't fit into " + type.mKeyword + "; what is left of it is " + NumberText(kept));
+    finding.mSeverity = SEVERITY_WARNING;
+    mFindings.Add(std::move(finding));
     return bits;
 }
 
@@ -198,8 +229,8 @@ std::optional<std::int64_t> CValueSource::EnumNumber()
     using Limits = std::numeric_limits<std::int32_t>;
     const auto * const integer = mLast->as_integer();
     if (integer == nullptr && !mLast->is_string() && !mLast->is_table())
-        return Refuse(
-            std::string("expected an enumerator by name or number, found ") + kit::tomlsyntax::KindOf(*mLast));
+        return Refuse(About("wrong-kind",
+            std::string("expected an enumerator by name or number, found ") + kit::tomlsyntax::KindOf(*mLast)));
     if (integer == nullptr) {
         const auto name = mValues.Text(*mLast, mLabel);
         mIsRefused = !name;
@@ -210,9 +241,10 @@ std::optional<std::int64_t> CValueSource::EnumNumber()
     const bool isNumber = number >= Limits::min() && number <= Limits::max();
     const bool isKnown = isNumber && !FirstEnumName(*mRecord, static_cast<std::int32_t>(number)).empty();
     if (!isKnown && !mChecks)
-        return LeaveOut("no enumerator has the number " + mLastText);
+        return LeaveOut(Unknown("no enumerator has the number " + mLastText));
     if (!isNumber)   // of which the factory would see the low bits
-        return Refuse("no enumerator has the number " + mLastText + Expected(EnumeratorNames(*mRecord)));
+        return Refuse(
+            WithAlternatives(Unknown("no enumerator has the number " + mLastText), EnumeratorNames(*mRecord)));
     return number;
 }
 
@@ -224,8 +256,9 @@ std::optional<std::int64_t> CValueSource::NamedEnumerator(const std::string & na
         mLastText = std::to_string(found->second);
         return found->second;
     }
-    const std::string text = "unknown enumerator " + Quoted(name);
-    return mChecks ? Refuse(text + Advice(name, EnumeratorNames(*mRecord))) : LeaveOut(text);
+    Finding finding = Unknown("unknown enumerator " + Quoted(name));
+    return mChecks ? Refuse(WithAdvice(std::move(finding), name, EnumeratorNames(*mRecord)))
+                   : LeaveOut(std::move(finding));
 }
 
 bool CValueSource::NextIndex(std::uint64_t & value)
@@ -262,8 +295,9 @@ std::optional<std::int64_t> CValueSource::NamedIndex(const toml::node & node, co
     if (found != enumerators.end() && IsIndexAllowed(node, found->second))
         return found->second;
     if (found == enumerators.end())
-        mFindings.Add(node, Quoted(mIndexLabel) + ": unknown " + mIndex->Name() + ' ' + Quoted(name) +
-                                Advice(name, LabelsOf(*mIndex)));
+        mFindings.Add(
+            WithAdvice(AboutIndex(node, "unknown-index", "unknown " + mIndex->Name() + ' ' + Quoted(name)),
+                name, LabelsOf(*mIndex)));
     return std::nullopt;
 }
 
@@ -278,15 +312,17 @@ bool CValueSource::IsIndexAllowed(const toml::node & node, std::int64_t number)
         max = std::min(max, mIndex->Max());
     }
     if (number < min || number > max) {
-        mFindings.Add(node, Quoted(mIndexLabel) + ": " + std::to_string(number) +
-                                " is out of range for the index " + Quoted(mIndex->Name()) + "; expected " +
-                                std::to_string(min) + " to " + std::to_string(max));
+        mFindings.Add(WithExpected(
+            AboutIndex(node, "out-of-range",
+                std::to_string(number) + " is out of range for the index " + Quoted(mIndex->Name())),
+            std::to_string(min) + " to " + std::to_string(max)));
         return false;
     }
     if (!mChecks || !isEnumerated || !mIndex->EnumLabel(static_cast<std::int32_t>(number)).empty())
         return true;
-    mFindings.Add(node, Quoted(mIndexLabel) + ": no " + mIndex->Name() + " has the number " +
-                            std::to_string(number) + Expected(LabelsOf(*mIndex)));
+    mFindings.Add(WithAlternatives(
+        AboutIndex(node, "unknown-index", "no " + mIndex->Name() + " has the number " + std::to_string(number)),
+        LabelsOf(*mIndex)));
     return false;
 }
 

@@ -7,6 +7,7 @@
 #include "vocabulary.h"
 
 #include <configtools/metadata.h>
+#include <configtools/numbertypes.h>
 #include <configtools/readerwriter.h>
 
 #include <cstdint>
@@ -15,8 +16,6 @@
 #include <vector>
 
 namespace tomlconfig {
-
-class CFindings;
 
 /// Values stay nodes of the file until the factory asks for them, since only it knows of what type a number is wanted.
 /// What its type can't hold at all is refused here, with a finding: the factory would see nothing but the low bits.
@@ -39,8 +38,8 @@ public:
     /// About the value that was asked for last.
     bool IsRefused() const;
     const toml::node & Last() const;
-    const std::string & LastText() const;   // a number as the file has it
-    const NumberType * LastType() const;    // null unless it was a number
+    const std::string & LastText() const;    // a number as the file has it
+    const std::string & LastType() const;    // the word that the factory asked for; empty unless for a number
     const std::string & LastBytes() const;   // of a text
 
     /// Whether an enumerator of this key was left out, which without checks is no mistake.
@@ -57,13 +56,17 @@ private:
     bool IsIndexAllowed(const toml::node & node, std::int64_t number);
     bool Take();
     std::optional<std::uint64_t> Bits(const NumberType & type);
-    std::optional<std::uint64_t> BitsOfText(const std::string & text, const NumberType & type);
+    std::optional<std::uint64_t> BitsOfText(const std::string & text);
     std::optional<std::uint64_t> BitsOfInteger(std::int64_t number, const NumberType & type);
     std::optional<std::uint64_t> LowBits(const NumberType & type, std::uint64_t bits);
     std::optional<std::int64_t> EnumNumber();
     std::optional<std::int64_t> NamedEnumerator(const std::string & name);
-    std::nullopt_t Refuse(const std::string & text);
-    std::nullopt_t LeaveOut(const std::string & text);
+    Finding About(const std::string & code, const std::string & text) const;
+    Finding Unknown(const std::string & text) const;
+    Finding WrongNumber(const std::string & found) const;
+    Finding AboutIndex(const toml::node & node, const std::string & code, const std::string & text) const;
+    std::nullopt_t Refuse(Finding finding);
+    std::nullopt_t LeaveOut(Finding finding);
 
     CFindings & mFindings;
     CValueReader mValues;
@@ -81,7 +84,7 @@ private:
 
     const toml::node * mLast = nullptr;
     std::string mLastText;
-    const NumberType * mLastType = nullptr;
+    std::string mLastType;
     std::string mLastBytes;
     bool mIsRefused = false;
     bool mHasLeftOut = false;

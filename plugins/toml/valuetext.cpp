@@ -5,6 +5,9 @@
 #include <toml++/toml.h>
 
 #include <configtools/keywords.h>
+#include <configtools/payloads.h>
+#include <kit/text/hex.h>
+#include <kit/text/utf8.h>
 
 #include <algorithm>
 #include <locale>
@@ -35,11 +38,11 @@ std::string QuotedText(const std::string & text)
 std::string OctetsText(const std::string & bytes, bool mayWrap)
 {
     if (bytes.size() <= OCTETS_ON_A_LINE || !mayWrap)
-        return '"' + HexText(bytes, " ") + '"';
+        return '"' + kit::text::HexOf(bytes, " ") + '"';
     std::string text = "'''";
     for (std::size_t position = 0; position < bytes.size(); position += OCTETS_ON_A_LINE)
-        text +=
-            '\n' + Indentation(1) + HexText(std::string_view(bytes).substr(position, OCTETS_ON_A_LINE), " ");
+        text += '\n' + Indentation(1) +
+                kit::text::HexOf(std::string_view(bytes).substr(position, OCTETS_ON_A_LINE), " ");
     return text + "'''";
 }
 
@@ -52,11 +55,10 @@ std::string FieldText(const ValueText & field)
 
 std::optional<ValueText> NumberValue(IPayload & payload, const NumberType & type)
 {
-    static constexpr std::uint64_t SIZES[] = { 1, 2, 4, 8 };
     const void * value = payload.RawData();
-    if (value == nullptr || payload.Length() != SIZES[static_cast<std::size_t>(type.mType) % 4])
+    if (value == nullptr || payload.Length() != type.Bytes())
         return std::nullopt;
-    return ValueText{ type.mWord, type.mText(value), true };
+    return ValueText{ type.mKeyword, NumberText(kit::numbertypes::NumberIn(type, value)), true };
 }
 
 std::optional<ValueText> StringValue(IPayload & payload)
@@ -121,7 +123,7 @@ std::optional<ValueText> StructureValue(IPayload & payload, int depth)
 
 std::string TextValue(const std::string & text)
 {
-    return IsPlainText(text) ? QuotedText(text) : "{ hex = \"" + HexText(text, " ") + "\" }";
+    return kit::text::IsPlain(text) ? QuotedText(text) : "{ hex = \"" + kit::text::HexOf(text, " ") + "\" }";
 }
 
 std::optional<std::string> KeyName(const std::string & name)
@@ -132,13 +134,13 @@ std::optional<std::string> KeyName(const std::string & name)
     });
     if (isBare)
         return name;
-    return IsPlainText(name) ? std::optional(QuotedText(name)) : std::nullopt;
+    return kit::text::IsPlain(name) ? std::optional(QuotedText(name)) : std::nullopt;
 }
 
 std::optional<ValueText> PayloadValue(IPayload & payload, int depth)
 {
     const PayloadTypeEnum code = payload.Type();
-    if (const NumberType * type = NumberTypeOf(code))
+    if (const NumberType * type = FindNumberType(code))
         return NumberValue(payload, *type);
     switch (code) {
     case PAYLOAD_STRING:

@@ -1,17 +1,23 @@
 #include "writer.h"
 
 #include "recordfacts.h"
-#include "report.h"
 #include "vocabulary.h"
 
 #include <configtools/context.h>
 #include <configtools/keywords.h>
 #include <configtools/metadata.h>
+#include <kit/reading/storetags.h>
+#include <kit/reporting/channel.h>
+#include <kit/reporting/guard.h>
+#include <kit/text/number.h>
 
 #include <algorithm>
 #include <cstring>
 
 namespace tomlconfig {
+
+using kit::reading::TagWord;
+using kit::text::ParseWholeIn;
 
 namespace {
 
@@ -34,9 +40,8 @@ std::string Quotes(const std::string & text)
 // The keyword of a type or device; the number where it has none.
 std::string WordOrNumber(int number, const std::vector<TagWord> & words)
 {
-    const auto found = std::find_if(words.begin(), words.end(),
-        [number](const TagWord & candidate) { return candidate.mNumber == number; });
-    return found != words.end() ? Quotes(found->mWord) : std::to_string(number);
+    const std::string * const word = kit::reading::WordOf(number, words);
+    return word != nullptr ? Quotes(*word) : std::to_string(number);
 }
 
 bool IsText(const std::string & typeWord)
@@ -111,20 +116,26 @@ CTomlWriter::CTomlWriter(const std::string & path)
 template <typename ActionT>
 void CTomlWriter::Run(ActionT action)
 {
-    Guarded(mPath, action, [this] { mHasFailed = true; });
+    kit::reporting::Guarded(mPath, action, [this] { mHasFailed = true; });
 }
 
-void CTomlWriter::Fail(const std::string & text)
+void CTomlWriter::Fail(const std::string & code, const std::string & text)
 {
     mHasFailed = true;
-    ReportError(mPath + ": " + text);
+    kit::reporting::ReportError(code, mPath, text);
+}
+
+void CTomlWriter::FailToWrite(const std::string & reason)
+{
+    Fail("unwritable-file", std::string(keywords::ERROR_UNABLE_TO_WRITE_FILE) + " (" + reason + ')');
 }
 
 // After a failure there is nothing more to say; before StartWrite a call is a fault of the caller.
 bool CTomlWriter::CanWrite()
 {
     if (!mFile.IsOpen() && !mHasFailed)
-        Fail(std::string(keywords::ERROR_INVALID_OPERATION) + " (no write has been started)");
+        Fail("invalid-operation",
+            std::string(keywords::ERROR_INVALID_OPERATION) + " (no write has been started)");
     return !mHasFailed;
 }
 
@@ -142,7 +153,7 @@ void CTomlWriter::StartWrite(IConfigContext & context)
         mChip = context.GetTag(keywords::TAG_CHIP);
         std::string reason;
         if (!mFile.Open(mPath, reason))
-            Fail(std::string(keywords::ERROR_UNABLE_TO_WRITE_FILE) + " (" + reason + ')');
+            FailToWrite(reason);
     });
 }
 
@@ -156,13 +167,13 @@ void CTomlWriter::EndWrite(IConfigContext &)
 
 void CTomlWriter::Finish()
 {
-    if (!mFile.IsOpen() || mHasFailed || IsErrorStanding())
+    if (!mFile.IsOpen() || mHasFailed || kit::reporting::IsErrorSet())
         return;
     if (mBlocks.empty())
         MakeHead(mChip);
     std::string reason;
     if (!mFile.Commit(WholeText(), reason))
-        Fail(std::string(keywords::ERROR_UNABLE_TO_WRITE_FILE) + " (" + reason + ')');
+        FailToWrite(reason);
 }
 
 std::string CTomlWriter::WholeText()
@@ -185,7 +196,7 @@ void CTomlWriter::MakeHead(const std::string & chip)
     if (!isFiltered || !chip.empty())
         mHead += Line(field::CHIP, TextValue(chip));
     if (isFiltered) {
-        const bool isNumber = ParseDecimal(mLayerFilter, INT16_MIN, INT16_MAX).has_value();
+        const bool isNumber = kit::text::ParseWhole<std::int16_t>(mLayerFilter).has_value();
         mHead += Line(field::LAYER_FILTER, isNumber ? mLayerFilter : TextValue(mLayerFilter));
     }
 }
@@ -204,29 +215,29 @@ void CTomlWriter::AddSubsystem(IConfigContext & context)
     if (mBlocks.empty())
         MakeHead(chip);
     if (chip != mChip)
-        return Fail("subsystems of two chips, " + TextValue(mChip) + " and " + TextValue(chip) +
-                    "; a file holds those of one");
+        return Fail("two-chips", "subsystems of two chips, " + TextValue(mChip) + " and " + TextValue(chip) +
+                                     "; a file holds those of one");
     mIsInSubsystem = true;
     mIsInBt = context.TagMatches(keywords::TAG_SUBSYSTEM_TYPE, SUBSYSTEM_BT);
-    const auto layer = ParseDecimal(context.GetTag(keywords::TAG_LAYER_NUMBER), 0, NO_LAYER);
-    mBlocks.push_back({ static_cast<int>(layer.value_or(NO_LAYER)), "\n[[subsystem]]\n" });
-    AddTag(context, keywords::TAG_SUBSYSTEM_TYPE, field::TYPE, SubsystemWords());
+    const auto layer = ParseWholeIn(context.GetTag(keywords::TAG_LAYER_NUMBER), 0, NO_LAYER);
+    mBlocks.push_back({ layer.value_or(NO_LAYER), "\n[[subsystem]]\n" });
+    AddTag(context, keywords::TAG_SUBSYSTEM_TYPE, field::TYPE, kit::reading::SubsystemWords());
     if (!mLayerFilter.empty())
         return AddTag(context, keywords::TAG_LAYER_NUMBER, field::LAYER, {});
-    AddTag(context, keywords::TAG_DEVICE, field::DEVICE, DeviceWords());
+    AddTag(context, keywords::TAG_DEVICE, field::DEVICE, kit::reading::DeviceWords());
     AddTag(context, keywords::TAG_STORE, field::STORE, {});
 }
 
 void CTomlWriter::AddTag(
     IConfigContext & context, const char * tag, const char * name, const std::vector<TagWord> & words)
 {
-    constexpr std::int64_t MAX_TAG = 65535;
     const std::string text = context.GetTag(tag);
-    const auto number = ParseDecimal(text, words.empty() ? 0 : -1, MAX_TAG);
+    const auto number = ParseWholeIn(text, words.empty() ? 0 : -1, kit::reading::MAX_TAG_NUMBER);
     if (!number && !text.empty())
-        return Fail("a subsystem whose context tag \"" + std::string(tag) + "\" reads " + TextValue(text) +
-                    "; expected a number up to " + std::to_string(MAX_TAG));
-    mBlocks.back().mText += Line(name, number ? WordOrNumber(static_cast<int>(*number), words) : Quotes(""));
+        return Fail("bad-context-tag", "a subsystem whose context tag \"" + std::string(tag) + "\" reads " +
+                                           TextValue(text) + "; expected a number up to " +
+                                           std::to_string(kit::reading::MAX_TAG_NUMBER));
+    mBlocks.back().mText += Line(name, number ? WordOrNumber(*number, words) : Quotes(""));
 }
 
 void CTomlWriter::EndSubsystem(IConfigContext &)
@@ -240,7 +251,8 @@ void CTomlWriter::StartElement(IConfigContext & context)
         if (!CanWrite())
             return;
         if (!mIsInSubsystem)
-            return Fail(std::string(keywords::ERROR_INVALID_OPERATION) + " (a key outside of a subsystem)");
+            return Fail("invalid-operation",
+                std::string(keywords::ERROR_INVALID_OPERATION) + " (a key outside of a subsystem)");
         mElement.emplace();
         mElement->mIsRaw = context.TagMatches(keywords::TAG_RAW_MODE, keywords::VALUE_TRUE);
     });
@@ -277,7 +289,8 @@ void CTomlWriter::AddNamedData(const std::string & name, const void * data, std:
         return;   // the indices that follow are counted
     std::uint32_t index = 0;
     if (name != keywords::TAG_INDEX || data == nullptr || size != sizeof index)
-        return Fail("key " + std::to_string(mElement->mId) + ": named data that a file can't hold");
+        return Fail(
+            "unsupported-data", "key " + std::to_string(mElement->mId) + ": named data that a file can't hold");
     std::memcpy(&index, data, sizeof index);
     mElement->mIndices.push_back(index);
 }
@@ -297,7 +310,8 @@ void CTomlWriter::AddPayload(IPayload & payload)
         NoteRecord(*mElement, *metadata);
     auto value = PayloadValue(payload, 1);
     if (!value)
-        return Fail("key " + std::to_string(mElement->mId) + ": a payload that a file can't hold");
+        return Fail("unsupported-payload",
+            "key " + std::to_string(mElement->mId) + ": a payload that a file can't hold");
     mElement->mValues.push_back(std::move(*value));
     if (!mElement->mIsDescribed)
         return;

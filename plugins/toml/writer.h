@@ -9,6 +9,7 @@
 
 #include <configtools/readerwriter.h>
 #include <configtools/types.h>
+#include <kit/reading/devices.h>
 #include <kit/targetfile/targetfile.h>
 
 #include <cstdint>
@@ -73,12 +74,13 @@ public:
 private:
     template <typename ActionT>
     void Run(ActionT action);
-    void Fail(const std::string & text);
+    void Fail(const std::string & code, const std::string & text);
+    void FailToWrite(const std::string & reason);
     bool CanWrite();
     void MakeHead(const std::string & chip);
     void AddSubsystem(IConfigContext & context);
-    void AddTag(
-        IConfigContext & context, const char * tag, const char * name, const std::vector<TagWord> & words);
+    void AddTag(IConfigContext & context, const char * tag, const char * name,
+        const std::vector<kit::reading::TagWord> & words);
     void AddPayload(IPayload & payload);
     void AddNamedData(const std::string & name, const void * data, std::uint32_t size);
     void AddElement(const Element & element);
