@@ -7,10 +7,16 @@
 #include <configtools/context.h>
 #include <configtools/metadata.h>
 #include <configtools/metadataprovider.h>
+#include <kit/reading/devices.h>
+#include <kit/reporting/channel.h>
 
 namespace imageconfig {
 
 using namespace VrexZynConfigTools;
+using kit::reading::Subsystem;
+using kit::reporting::CFindings;
+using kit::reporting::MakeFinding;
+using kit::reporting::TakeError;
 
 namespace {
 
@@ -62,12 +68,14 @@ CContentBuilder::CContentBuilder(IConfigContext & context, IMetadataProvider * p
 void CContentBuilder::AddStore(const Store & store)
 {
     const std::string name = StoreName(store.mDevice, store.mNumber);
+    mFindings.Scope().mStore = kit::reading::StoreName({ std::nullopt, store.mDevice, store.mNumber });
     for (const ChunkItem & item : store.mChunks->Chunks()) {
         std::string error;
         if (const auto chunk = ParseChunk(BytesOf(item), error))
             AddChunk(store, *chunk);
         else
-            mFindings.Add(name + ", chunk " + std::to_string(item.mId) + ": " + error);
+            mFindings.Add(
+                MakeFinding("damaged-chunk", name + ", chunk " + std::to_string(item.mId) + ": " + error));
     }
 }
 
@@ -91,12 +99,16 @@ Subsystem & CContentBuilder::SubsystemOf(const Store & store, const Chunk & chun
 
 void CContentBuilder::AddKey(const RawKey & key, const std::string & place)
 {
+    const kit::reading::SubsystemPlace & subsystem = mContent.mSubsystems.back().mPlace;
+    mFindings.Scope().mStore = kit::reading::StoreName(subsystem);
+    mFindings.Scope().mSubsystem = kit::reading::SubsystemName(subsystem.mType);
+    mFindings.Scope().mKey = std::to_string(key.mId) + kit::reading::IndicesText(key.mIndices);
     const IMetadata * const record = RecordOf(key, place);
     std::string error;
     std::unique_ptr<CElement> element = mBuilder.Build(key, record, error);
     const std::string name = KeyName(key.mId, key.mIndices, record != nullptr ? record->Name() : "");
     if (element == nullptr)
-        return mFindings.Add(place + name + ": " + error);
+        return mFindings.Add(MakeFinding("unfit-value", place + name + ": " + error));
     if (record != nullptr && LosesBits(*element, key, *record))
         mContent.mChangedKeys.push_back(place + name);
     mContent.mSubsystems.back().mKeys.push_back({ std::move(element), key.mIndices });
@@ -109,7 +121,8 @@ const IMetadata * CContentBuilder::RecordOf(const RawKey & key, const std::strin
     TakeError();
     const IMetadata & record = mProvider->MetadataById(key.mId, *mSubsystemContext);
     if (const auto problem = TakeError())
-        mFindings.Add(place + KeyName(key.mId, key.mIndices, "") + ": " + *problem);
+        mFindings.Add(
+            MakeFinding("unreadable-metadata", place + KeyName(key.mId, key.mIndices, "") + ": " + *problem));
     if (record.IsValid())
         return &record;
     mContent.mUnknownKeys.push_back(place + KeyName(key.mId, key.mIndices, ""));
@@ -121,10 +134,11 @@ const IMetadata * CContentBuilder::RecordOf(const RawKey & key, const std::strin
 Content BuildContent(
     const Image & image, IConfigContext & context, IMetadataProvider * provider, CFindings & findings)
 {
-    const CErrorsSetAside aside;
+    const kit::reporting::CErrorsSetAside aside;
     CContentBuilder builder(context, provider, findings);
     for (const Store & store : image.mStores)
         builder.AddStore(store);
+    findings.Scope() = kit::reporting::WithPlace({}, findings.Scope().mFile);
     return builder.Take();
 }
 

@@ -2,6 +2,7 @@
 
 #include "bytes.h"
 
+#include <kit/reading/storetags.h>
 #include <zlib.h>
 
 #include <limits>
@@ -11,6 +12,7 @@
 namespace imageconfig {
 
 using namespace VrexZynConfigTools;
+using kit::reading::MAX_TAG_NUMBER;
 
 namespace {
 
@@ -110,10 +112,9 @@ bool CImageParser::ParseStore(Image & image)
     const std::string name = StoreName(store.mDevice, store.mNumber);
     if (!mKnown.emplace(store.mDevice, store.mNumber).second)
         return Fail(name + " is there twice");
-    constexpr int MAX_TAG = 65535;
-    if (store.mDevice.value_or(0) < -1 || store.mDevice.value_or(0) > MAX_TAG ||
-        store.mNumber.value_or(0) < 0 || store.mNumber.value_or(0) > MAX_TAG)
-        return Fail(name + " is out of range; expected numbers up to " + std::to_string(MAX_TAG));
+    if (store.mDevice.value_or(0) < -1 || store.mDevice.value_or(0) > MAX_TAG_NUMBER ||
+        store.mNumber.value_or(0) < 0 || store.mNumber.value_or(0) > MAX_TAG_NUMBER)
+        return Fail(name + " is out of range; expected numbers up to " + std::to_string(MAX_TAG_NUMBER));
     if (!ParseChunks(store, count, name) || !CheckSizes(store, name))
         return false;
     image.mStores.push_back(std::move(store));

@@ -7,21 +7,7 @@
 #include "writer.h"
 
 #include <configtools/plugin.h>
-
-namespace {
-
-// No exception may leave an entry point; null says that there is no object.
-template <typename ObjectT>
-ObjectT * Create(const std::string & path) noexcept
-{
-    try {
-        return new ObjectT(path);
-    } catch (...) {
-        return nullptr;
-    }
-}
-
-}   // namespace
+#include <kit/reporting/guard.h>
 
 const char * GetPlugInName()
 {
@@ -35,15 +21,15 @@ const char * GetPlugInSignature()
 
 VrexZynConfigTools::IConfigReader * CreateConfigReader(const std::string & argument, void *)
 {
-    return Create<imageconfig::CImageReader>(argument);
+    return kit::reporting::CreateOrNull<imageconfig::CImageReader>(argument);
 }
 
 VrexZynConfigTools::IConfigWriter * CreateConfigWriter(const std::string & argument, void *)
 {
-    return Create<imageconfig::CImageWriter>(argument);
+    return kit::reporting::CreateOrNull<imageconfig::CImageWriter>(argument);
 }
 
 VrexZynConfigTools::IStoreManager * CreateStoreManager(const std::string & argument, void *)
 {
-    return Create<imageconfig::CImageStoreManager>(argument);
+    return kit::reporting::CreateOrNull<imageconfig::CImageStoreManager>(argument);
 }

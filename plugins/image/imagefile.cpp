@@ -58,10 +58,7 @@ std::optional<std::string> ReadImage(const std::string & path, std::string & err
 std::optional<Image> LoadImage(const std::string & path, std::string & error)
 {
     const auto bytes = ReadImage(path, error);
-    auto image = bytes ? ParseImage(*bytes, error) : std::nullopt;
-    if (!image)
-        error = path + ": " + error;
-    return image;
+    return bytes ? ParseImage(*bytes, error) : std::nullopt;
 }
 
 bool SaveImage(const std::string & path, const Image & image, std::string & error)
@@ -69,7 +66,7 @@ bool SaveImage(const std::string & path, const Image & image, std::string & erro
     kit::targetfile::CTargetFile file;
     const bool isDone = file.Open(path, error) && file.Commit(ComposeImage(image), error);
     if (!isDone)
-        error = path + ": " + keywords::ERROR_UNABLE_TO_WRITE_FILE + " (" + error + ')';
+        error = std::string(keywords::ERROR_UNABLE_TO_WRITE_FILE) + " (" + error + ')';
     return isDone;
 }
 

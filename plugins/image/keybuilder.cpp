@@ -2,7 +2,6 @@
 
 #include "bytes.h"
 #include "image.h"
-#include "report.h"
 #include "shape.h"
 #include "words.h"
 
@@ -12,6 +11,7 @@
 #include <configtools/metadata.h>
 #include <configtools/structcodec.h>
 #include <configtools/structlayout.h>
+#include <kit/reporting/channel.h>
 
 namespace imageconfig {
 
@@ -89,14 +89,14 @@ std::unique_ptr<CElement> CKeyBuilder::Build(const RawKey & key, const IMetadata
 std::unique_ptr<CElement> CKeyBuilder::BuildPart(
     const RawKey & key, std::string_view part, const IMetadata & record)
 {
-    TakeError();
+    kit::reporting::TakeError();
     CRawSource source(key, part);
     CStructCodec codec;
     CElementFactory factory(&source, mContext, &codec);
     record.Inspect(factory);
     ElementOwner element(factory.Collect());
     factory.Clear();   // takes the indices out of the context
-    const auto problem = TakeError();
+    const auto problem = kit::reporting::TakeError();
     if (!source.Objection().empty())
         Fail(source.Objection());
     else if (problem)

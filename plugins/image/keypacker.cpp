@@ -1,7 +1,6 @@
 #include "keypacker.h"
 
 #include "image.h"
-#include "report.h"
 #include "words.h"
 
 #include <configtools/keywords.h>
@@ -9,6 +8,7 @@
 #include <configtools/structlayout.h>
 #include <kit/layout/packing.h>
 #include <kit/layout/scalars.h>
+#include <kit/reporting/channel.h>
 
 namespace imageconfig {
 
@@ -92,7 +92,7 @@ void CKeyPacker::AddStruct(IPayload & payload, const IMetadata & record)
     if (bits > MAX_BITS)
         return Fail("the metadata describe a struct of " + std::to_string(bits) + " bits; a chunk holds " +
                     std::to_string(MAX_BITS));
-    const CErrorsSetAside aside;   // the codec stops where an error stands, whosever it is
+    const kit::reporting::CErrorsSetAside aside;   // the codec stops where an error stands, whosever it is
     const kit::layout::Packed packed = kit::layout::PackStruct(*instance, *layout);
     if (!packed.mError.empty())
         return Fail(packed.mError);

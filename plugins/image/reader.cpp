@@ -4,172 +4,105 @@
 #include "imagefile.h"
 
 #include <configtools/context.h>
-#include <configtools/keywords.h>
-#include <kit/reading/storelayers.h>
+#include <kit/reading/devices.h>
+#include <kit/reporting/channel.h>
+#include <kit/text/words.h>
 
 #include <algorithm>
-#include <array>
-#include <optional>
-#include <set>
-#include <tuple>
+#include <cstddef>
 
 namespace imageconfig {
 
 using namespace kit::reading;
+using namespace kit::reporting;
+using kit::text::Counted;
 
 namespace {
 
 constexpr std::size_t MAX_LAYERS = 15;
+constexpr std::size_t MAX_FINDINGS = 100;
+constexpr std::size_t MAX_LISTED = 10;   // keys in a warning
 
-constexpr std::array<int, 6> DEVICES_WITH_LAYERS{ IStoreManager::DEVICE_ROM, IStoreManager::DEVICE_OTP,
-    IStoreManager::DEVICE_MTP, IStoreManager::DEVICE_SMEM, IStoreManager::DEVICE_FW_CFG,
-    IStoreManager::DEVICE_EEPROM };
-
-bool MakesLayer(const Store & store)
+// A chip configuration that is given more stores than it has layers is empty afterwards, without an error.
+void CheckStores(const Image & image, CFindings & findings)
 {
-    return store.mNumber.value_or(0) != 0 && std::find(DEVICES_WITH_LAYERS.begin(), DEVICES_WITH_LAYERS.end(),
-                                                 store.mDevice.value_or(-1)) != DEVICES_WITH_LAYERS.end();
+    const auto count = static_cast<std::size_t>(
+        std::count_if(image.mStores.begin(), image.mStores.end(), [](const Store & store) {
+            return MakesLayer({ std::nullopt, store.mDevice, store.mNumber });
+        }));
+    if (count > MAX_LAYERS)
+        findings.Add(MakeFinding("too-many-stores", "the image has " + std::to_string(count) +
+                                                        " stores that make layers; a chip has " +
+                                                        std::to_string(MAX_LAYERS)));
 }
 
-bool OnlyOneOfTwoCounts(IConfigContext & context)
+std::vector<std::string> NamesOfRepeatedKeys(const Content & content)
 {
-    return context.TagMatches(keywords::TAG_INSERT_MODE, keywords::INSERT_OVERWRITE) ||
-           context.TagMatches(keywords::TAG_INSERT_MODE, keywords::INSERT_NEW);
-}
-
-/// The keys that a subsystem has in one store already.
-std::vector<std::string> RepeatedKeys(const Content & content)
-{
-    std::set<std::tuple<std::optional<int>, std::optional<int>, std::optional<int>, std::uint32_t,
-        std::vector<std::uint32_t>>>
-        known;
-    std::vector<std::string> repeated;
-    for (const Subsystem & subsystem : content.mSubsystems) {
-        const SubsystemPlace & place = subsystem.mPlace;
-        for (const Key & key : subsystem.mKeys) {
-            const std::uint32_t id = key.mElement->PsId();
-            if (!known.emplace(place.mType, place.mDevice, place.mStore, id, key.mIndices).second)
-                repeated.push_back(StoreName(place.mDevice, place.mStore) + ", " +
-                                   KeyName(id, key.mIndices, key.mElement->Name()));
-        }
+    std::vector<std::string> names;
+    for (const RepeatedKey & repeated : RepeatedKeys(content.mSubsystems)) {
+        const CElement & element = *repeated.mKey->mElement;
+        const SubsystemPlace & place = repeated.mSubsystem->mPlace;
+        names.push_back(imageconfig::StoreName(place.mDevice, place.mStore) + ", " +
+                        KeyName(element.PsId(), repeated.mKey->mIndices, element.Name()));
     }
-    return repeated;
+    return names;
 }
 
 }   // namespace
 
 CImageReader::CImageReader(const std::string & path)
-    : mPath(path)
+    : CFileReader(path)
     , mShelf(path)
 {}
 
-void CImageReader::SetObserver(IConfigReaderObserver & observer)
+std::optional<FileContent> CImageReader::ReadContent(IConfigContext & context)
 {
-    mObserver = &observer;
-}
-
-void CImageReader::SetElementObserver(IConfigReaderElementObserver & observer)
-{
-    mElementObserver = &observer;
-}
-
-void CImageReader::SetMetadataProvider(IMetadataProvider & provider)
-{
-    mProvider = &provider;
-}
-
-void CImageReader::Read(IConfigContext & context)
-{
-    Guarded(
-        mPath, [&] { ReadAndDeliver(context); }, [] {});
-}
-
-bool CImageReader::CheckContext(IConfigContext & context) const
-{
-    const std::string layers = context.GetTag(TAG_STORE_LAYERS);
-    if (mObserver != nullptr && ParseStoreLayers(layers))
-        return true;
-    ReportError(mPath + ": " +
-                (mObserver == nullptr
-                        ? std::string(keywords::ERROR_INVALID_OPERATION) + " (a read without an observer)"
-                        : "the context tag \"" + std::string(TAG_STORE_LAYERS) + "\" reads \"" + layers +
-                              "\"; expected DEVICE.STORE:LAYER,... in decimal, such as \"1.1:1,15.1:2\""));
-    return false;
-}
-
-void CImageReader::ReadAndDeliver(IConfigContext & context)
-{
-    if (!CheckContext(context))
-        return;
     std::string error;
-    const auto image = LoadImage(mPath, error);
-    if (!image)
-        return ReportError(error);
-
-    CFindings findings;
-    const std::string objection = ObjectionToChip(*image, context);
+    const auto image = LoadImage(Path(), error);
+    if (!image) {
+        ReportError("unreadable-image", Path(), error);
+        return std::nullopt;
+    }
+    CFindings findings(Path(), MAX_FINDINGS);
+    const std::string objection = WhyNotForChip("image", image->mChip, context);
     if (!objection.empty())
-        findings.Add(objection);
+        findings.Add(MakeFinding("wrong-chip", objection));
     CheckStores(*image, findings);
     const ContextOwner base = FileContext(context, image->mChip);
-    Content content = BuildContent(*image, *base, mProvider, findings);
+    Content content = BuildContent(*image, *base, Provider(), findings);
+    ReportErrors(findings);
     if (!findings.IsEmpty())
-        return ReportError(findings.Text(mPath));
+        return std::nullopt;
 
     WarnOf(content, context);
     mShelf.Keep(*image);
-    Deliver(content, *base);
+    return FileContent{ image->mChip, std::move(content.mSubsystems) };
 }
 
-// A chip configuration that is given more stores than it has layers is empty afterwards, without an error.
-void CImageReader::CheckStores(const Image & image, CFindings & findings) const
+void CImageReader::Warn(const std::string & code, const std::string & text) const
 {
-    const auto count =
-        static_cast<std::size_t>(std::count_if(image.mStores.begin(), image.mStores.end(), MakesLayer));
-    if (count > MAX_LAYERS)
-        findings.Add("the image has " + std::to_string(count) + " stores that make layers; a chip has " +
-                     std::to_string(MAX_LAYERS));
+    ReportWarning(WithPlace(MakeFinding(code, text), Path()));
 }
 
 void CImageReader::WarnOf(const Content & content, IConfigContext & context) const
 {
+    const auto list = [](const std::vector<std::string> & keys) {
+        return kit::text::Joined(keys, "; ", MAX_LISTED);
+    };
     const std::vector<std::string> & unknown = content.mUnknownKeys;
     if (!unknown.empty())
-        ReportWarning(mPath + ": the metadata don't know " + std::to_string(unknown.size()) +
-                      (unknown.size() == 1 ? " key, which comes raw: " : " keys, which come raw: ") +
-                      Listed(unknown, "; "));
+        Warn("unknown-keys", "the metadata don't know " + Counted(unknown.size(), "key") +
+                                 (unknown.size() == 1 ? ", which comes raw: " : ", which come raw: ") +
+                                 list(unknown));
     const std::vector<std::string> & changed = content.mChangedKeys;
     if (!changed.empty())
-        ReportWarning(mPath + ": bits of " + std::to_string(changed.size()) +
-                      (changed.size() == 1 ? " key" : " keys") +
-                      " are lost, as no field holds them or can give them back: " + Listed(changed, "; "));
+        Warn("lost-bits", "bits of " + Counted(changed.size(), "key") +
+                              " are lost, as no field holds them or can give them back: " + list(changed));
     // Without an insert mode all of them are kept; otherwise one is lost.
-    const auto repeated = OnlyOneOfTwoCounts(context) ? RepeatedKeys(content) : std::vector<std::string>();
+    const auto repeated =
+        OnlyOneOfTwoCounts(context) ? NamesOfRepeatedKeys(content) : std::vector<std::string>();
     if (!repeated.empty())
-        ReportWarning(
-            mPath + ": of keys that are there more than once only one counts: " + Listed(repeated, "; "));
-}
-
-void CImageReader::Deliver(Content & content, IConfigContext & context)
-{
-    // An image without stores names its chip in these two calls or nowhere.
-    mObserver->OnReadStarted(*this, context);
-    for (Subsystem & subsystem : content.mSubsystems)
-        DeliverSubsystem(subsystem, context);
-    mObserver->OnReadEnded(*this, context);
-}
-
-void CImageReader::DeliverSubsystem(Subsystem & subsystem, IConfigContext & context)
-{
-    const ContextOwner own = SubsystemContext(context, subsystem.mPlace);
-    mObserver->OnSubsystemFound(*this, *own);   // this replaces mElementObserver
-    CKeyContexts contexts(*own);
-    for (Key & key : subsystem.mKeys) {
-        IConfigContext & keyContext = contexts.Of(key.mIndices);
-        if (mElementObserver != nullptr)
-            mElementObserver->OnElementFound(key.mElement.release(), keyContext);   // the observer owns it now
-    }
-    mObserver->OnSubsystemCompleted(*this, *own);
+        Warn("repeated-keys", "of keys that are there more than once only one counts: " + list(repeated));
 }
 
 bool CImageReader::Open(IConfigContext &)

@@ -2,14 +2,19 @@
 
 #include "chunk.h"
 #include "imagefile.h"
-#include "report.h"
 
 #include <configtools/context.h>
 #include <configtools/keywords.h>
+#include <kit/reading/devices.h>
+#include <kit/reading/filereader.h>
+#include <kit/reporting/channel.h>
+#include <kit/reporting/guard.h>
 
 #include <algorithm>
 
 namespace imageconfig {
+
+using namespace kit::reporting;
 
 namespace {
 
@@ -17,12 +22,6 @@ namespace {
 bool Agrees(IConfigContext & context, const char * tag, int number)
 {
     return context.GetTag(tag).empty() || context.TagMatches(tag, number);
-}
-
-bool Fail(const std::string & text)
-{
-    ReportError(text);
-    return false;
 }
 
 }   // namespace
@@ -33,9 +32,16 @@ CStoreAccess::CStoreAccess(const std::string & path, int device, int number)
     , mNumber(number)
 {}
 
+void CStoreAccess::Report(const std::string & text) const
+{
+    Finding finding = WithPlace(MakeFinding("store-access", text), mPath);
+    finding.mStore = kit::reading::StoreName({ std::nullopt, mDevice, mNumber });
+    ReportError(finding);
+}
+
 Store * CStoreAccess::Find(Image & image, IConfigContext & context, std::string & error) const
 {
-    const std::string name = mPath + ": " + StoreName(mDevice, mNumber);
+    const std::string name = StoreName(mDevice, mNumber);
     if (!Agrees(context, keywords::TAG_DEVICE, mDevice) || !Agrees(context, keywords::TAG_STORE, mNumber)) {
         error = name + ": the context names another store";
         return nullptr;
@@ -52,42 +58,36 @@ Store * CStoreAccess::Find(Image & image, IConfigContext & context, std::string 
 bool CStoreAccess::ReadChunks(CChunkCollection & chunks, IConfigContext & context)
 {
     bool result = false;
-    Guarded(
-        mPath,
-        [&] {
-            std::string error;
-            auto image = LoadImage(mPath, error);
-            const Store * const store = image ? Find(*image, context, error) : nullptr;
-            if (store == nullptr)
-                return ReportError(error);
-            for (const ChunkItem & chunk : store->mChunks->Chunks())
-                chunks.Add(chunk.mId, chunk.mData, chunk.mLength);
-            result = true;
-        },
-        [] {});
+    Guarded(mPath, [&] {
+        std::string error;
+        auto image = LoadImage(mPath, error);
+        const Store * const store = image ? Find(*image, context, error) : nullptr;
+        if (store == nullptr)
+            return Report(error);
+        for (const ChunkItem & chunk : store->mChunks->Chunks())
+            chunks.Add(chunk.mId, chunk.mData, chunk.mLength);
+        result = true;
+    });
     return result;
 }
 
 bool CStoreAccess::WriteChunks(const CChunkCollection & chunks, IConfigContext & context)
 {
     bool result = false;
-    Guarded(
-        mPath,
-        [&] {
-            std::string error;
-            auto image = LoadImage(mPath, error);
-            Store * const store = image ? Find(*image, context, error) : nullptr;
-            result = store != nullptr && Replace(*store, chunks, error) && SaveImage(mPath, *image, error);
-            if (!result)
-                ReportError(error);
-        },
-        [] {});
+    Guarded(mPath, [&] {
+        std::string error;
+        auto image = LoadImage(mPath, error);
+        Store * const store = image ? Find(*image, context, error) : nullptr;
+        result = store != nullptr && Replace(*store, chunks, error) && SaveImage(mPath, *image, error);
+        if (!result)
+            Report(error);
+    });
     return result;
 }
 
 bool CStoreAccess::Replace(Store & store, const CChunkCollection & chunks, std::string & error) const
 {
-    const std::string name = mPath + ": " + StoreName(mDevice, mNumber);
+    const std::string name = StoreName(mDevice, mNumber);
     store.mChunks = std::make_unique<CChunkCollection>();
     for (const ChunkItem & chunk : chunks.Chunks()) {
         const std::size_t number = store.mChunks->Chunks().size() + 1;
@@ -141,20 +141,17 @@ CImageStoreManager::CImageStoreManager(const std::string & path)
 bool CImageStoreManager::Open(IConfigContext & context)
 {
     bool result = false;
-    Guarded(
-        mPath,
-        [&] {
-            std::string error;
-            const auto image = LoadImage(mPath, error);
-            const std::string objection = image ? ObjectionToChip(*image, context) : "";
-            if (!image || !objection.empty()) {
-                result = Fail(image ? mPath + ": " + objection : error);
-                return;
-            }
-            mShelf.Keep(*image);
-            result = true;
-        },
-        [] {});
+    Guarded(mPath, [&] {
+        std::string error;
+        const auto image = LoadImage(mPath, error);
+        if (!image)
+            return ReportError("unreadable-image", mPath, error);
+        const std::string objection = kit::reading::WhyNotForChip("image", image->mChip, context);
+        if (!objection.empty())
+            return ReportError("wrong-chip", mPath, objection);
+        mShelf.Keep(*image);
+        result = true;
+    });
     return result;
 }
 
@@ -166,14 +163,6 @@ IChunkInOut * CImageStoreManager::ChunkAccess(DEVICE device, std::uint16_t store
 const std::list<CStoreInfo *> & CImageStoreManager::Stores(IConfigContext &)
 {
     return mShelf.Stores();
-}
-
-std::string ObjectionToChip(const Image & image, IConfigContext & context)
-{
-    const std::string wanted = context.GetTag(keywords::TAG_CHIP);
-    if (wanted.empty() || image.mChip.empty() || image.mChip == wanted)
-        return std::string();
-    return "the image is for the chip \"" + image.mChip + "\"; expected \"" + wanted + '"';
 }
 
 }   // namespace imageconfig

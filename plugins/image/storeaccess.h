@@ -30,6 +30,7 @@ public:
     bool WriteChunks(const CChunkCollection & chunks, IConfigContext & context) override;
 
 private:
+    void Report(const std::string & text) const;
     Store * Find(Image & image, IConfigContext & context, std::string & error) const;
     bool Replace(Store & store, const CChunkCollection & chunks, std::string & error) const;
 
@@ -74,9 +75,6 @@ private:
     std::string mPath;
     CStoreShelf mShelf;
 };
-
-/// Why an image isn't for the chip that the context names; empty if it is.
-std::string ObjectionToChip(const Image & image, IConfigContext & context);
 
 }   // namespace imageconfig
 

@@ -2,24 +2,34 @@
 
 #include <configtools/context.h>
 #include <configtools/keywords.h>
+#include <kit/reading/devices.h>
+#include <kit/reporting/channel.h>
+#include <kit/reporting/guard.h>
+#include <kit/text/number.h>
+#include <kit/text/words.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 
 namespace imageconfig {
 
+using namespace kit::reporting;
+using kit::text::ParseWholeIn;
+
 namespace {
 
 constexpr int NO_LAYER = 255;   // above all of them
-constexpr int MAX_TAG = 65535;
+constexpr std::size_t MAX_FINDINGS = 100;
+constexpr std::size_t MAX_LISTED = 10;   // keys in a warning
+constexpr std::uint32_t SMALLEST_SIZE = 4096;
 
-std::optional<int> ParseNumber(std::string_view text, int min, int max)
+// The size of a store that none is known of: the smallest of 4096, 8192, 16384 and so on that is large enough.
+std::uint32_t DefaultSize(std::uint64_t used)
 {
-    int number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool isWhole = error == std::errc() && end == text.data() + text.size();
-    return isWhole && number >= min && number <= max ? std::optional(number) : std::nullopt;
+    std::uint64_t size = SMALLEST_SIZE;
+    while (size < used)
+        size *= 2;
+    return size < SIZE_UNKNOWN ? static_cast<std::uint32_t>(size) : SIZE_UNKNOWN;
 }
 
 }   // namespace
@@ -36,10 +46,15 @@ void CImageWriter::Run(ActionT action)
 }
 
 // For what makes the rest of the write pointless: told at once, so that the write ends.
-void CImageWriter::Refuse(const std::string & text)
+void CImageWriter::Refuse(const std::string & code, const std::string & text)
 {
     mIsRunning = false;
-    ReportError(mPath + ": " + text);
+    ReportError(code, mPath, text);
+}
+
+void CImageWriter::RefuseToWrite(const std::string & reason)
+{
+    Refuse("unwritable-file", std::string(keywords::ERROR_UNABLE_TO_WRITE_FILE) + " (" + reason + ')');
 }
 
 void CImageWriter::PrepareWriter(IConfigContext &) {}
@@ -54,24 +69,23 @@ void CImageWriter::Begin(IConfigContext & context)
     mStores.clear();
     mPlaces.clear();
     mChip.reset();
-    mFindings = CFindings();
-    mChanges = CFindings();
+    mFindings = CFindings(mPath, MAX_FINDINGS);
+    mChanges = CFindings(mPath, MAX_FINDINGS);
     mChecks = !context.TagMatches(keywords::TAG_NO_DATA_CHECK, std::string(keywords::VALUE_TRUE));
     mStore.reset();
     mElement.reset();
     mLosses.clear();
     mIsRunning = true;
     if (!context.GetTag(keywords::TAG_LAYER_FILTER).empty())
-        return Refuse("a filtered write has layers in place of stores; an image needs stores");
-    const std::string sizes = context.GetTag(TAG_STORE_SIZES);
-    const auto parsed = ParseStoreSizes(sizes);
-    if (!parsed)
-        return Refuse("the context tag \"" + std::string(TAG_STORE_SIZES) + "\" reads \"" + sizes +
-                      "\"; expected DEVICE.STORE:SIZE,... in decimal, such as \"1.1:512,15.1:8192\"");
-    mSizes = *parsed;
+        return Refuse(
+            "filtered-write", "a filtered write has layers in place of stores; an image needs stores");
+    const std::string wrongSizes = kit::reading::WhyNoStoreSizes(context);
+    if (!wrongSizes.empty())
+        return Refuse("bad-context-tag", wrongSizes);
+    mSizes = *kit::reading::ParseStoreSizes(context.GetTag(kit::reading::TAG_STORE_SIZES));
     std::string reason;
     if (!mFile.Open(mPath, reason))
-        Refuse(std::string(keywords::ERROR_UNABLE_TO_WRITE_FILE) + " (" + reason + ')');
+        RefuseToWrite(reason);
     const std::string chip = context.GetTag(keywords::TAG_CHIP);
     if (!chip.empty())
         mChip = chip;
@@ -82,8 +96,9 @@ void CImageWriter::StartSubsystem(IConfigContext & context)
     Run([&] {
         if (mIsRunning)
             OpenSubsystem(context);
-        else if (!IsErrorStanding())
-            Refuse(std::string(keywords::ERROR_INVALID_OPERATION) + " (no write has been started)");
+        else if (!IsErrorSet())
+            Refuse("invalid-operation",
+                std::string(keywords::ERROR_INVALID_OPERATION) + " (no write has been started)");
     });
 }
 
@@ -98,7 +113,7 @@ void CImageWriter::OpenSubsystem(IConfigContext & context)
     mSubsystemType = NumberTag(context, keywords::TAG_SUBSYSTEM_TYPE, -1);
     const auto [place, isNew] = mPlaces.try_emplace({ device, number }, mStores.size());
     if (isNew) {
-        const auto layer = ParseNumber(context.GetTag(keywords::TAG_LAYER_NUMBER), 0, NO_LAYER);
+        const auto layer = ParseWholeIn(context.GetTag(keywords::TAG_LAYER_NUMBER), 0, NO_LAYER);
         mStores.push_back({ layer.value_or(NO_LAYER), {} });
         mStores.back().mStore.mDevice = device;
         mStores.back().mStore.mNumber = number;
@@ -113,19 +128,21 @@ void CImageWriter::TakeChip(IConfigContext & context)
     if (mStores.empty())
         mChip = chip;
     if (chip != mChip)
-        Refuse("subsystems of two chips, \"" + *mChip + "\" and \"" + chip + "\"; an image holds those of one");
+        Refuse("two-chips",
+            "subsystems of two chips, \"" + *mChip + "\" and \"" + chip + "\"; an image holds those of one");
     else if (chip.size() > MAX_BYTES_OF_LABEL)
-        Refuse("the label of the chip has " + std::to_string(chip.size()) + " bytes; an image holds " +
-               std::to_string(MAX_BYTES_OF_LABEL));
+        Refuse("label-too-long", "the label of the chip has " + std::to_string(chip.size()) +
+                                     " bytes; an image holds " + std::to_string(MAX_BYTES_OF_LABEL));
 }
 
 std::optional<int> CImageWriter::NumberTag(IConfigContext & context, const char * tag, int min)
 {
     const std::string text = context.GetTag(tag);
-    const auto number = ParseNumber(text, min, MAX_TAG);
+    const auto number = ParseWholeIn(text, min, kit::reading::MAX_TAG_NUMBER);
     if (!number && !text.empty())
-        mFindings.Add("a subsystem whose context tag \"" + std::string(tag) + "\" reads \"" + text +
-                      "\"; expected a number up to " + std::to_string(MAX_TAG));
+        mFindings.Add(MakeFinding("bad-context-tag", "a subsystem whose context tag \"" + std::string(tag) +
+                                                         "\" reads \"" + text + "\"; expected a number up to " +
+                                                         std::to_string(kit::reading::MAX_TAG_NUMBER)));
     return number;
 }
 
@@ -153,7 +170,8 @@ void CImageWriter::WriteKeyId(std::uint32_t psId, IConfigContext &)
 {
     Run([&] {
         if (mIsRunning && !mStore)
-            return Refuse(std::string(keywords::ERROR_INVALID_OPERATION) + " (a key outside of a subsystem)");
+            return Refuse("invalid-operation",
+                std::string(keywords::ERROR_INVALID_OPERATION) + " (a key outside of a subsystem)");
         if (mIsRunning)
             mElement.emplace(psId, mIsRaw);
     });
@@ -167,8 +185,8 @@ void CImageWriter::WriteNamedData(
             return;   // the indices that follow are counted
         std::uint32_t index = 0;
         if (name != keywords::TAG_INDEX || data == nullptr || size != sizeof index)
-            return mFindings.Add(
-                StoreName() + ", " + mElement->Name() + ": named data that an image can't hold");
+            return AddFinding(
+                mFindings, "unsupported-data", mElement->Name(), "named data that an image can't hold");
         std::memcpy(&index, data, sizeof index);
         mElement->AddIndex(index);
     });
@@ -196,19 +214,31 @@ void CImageWriter::CloseElement()
     mHasKeys = true;
     const auto key = mElement->Finish();
     if (!key)
-        return mFindings.Add(StoreName() + ", " + mElement->Name() + ": " + mElement->Error());
+        return AddFinding(mFindings, "unfit-value", mElement->Name(), mElement->Error());
     for (const std::string & change : mElement->Changes())
-        (mChecks ? mFindings : mChanges).Add(StoreName() + ", " + mElement->Name() + ": " + change);
+        AddFinding(mChecks ? mFindings : mChanges, "changed-value", mElement->Name(), change);
     if (mElement->LosesNameOrType())
         mLosses.push_back(mElement->Name());
     AddChunk({ mSubsystemType, key }, mElement->Name());
 }
 
+// About the key, or whatever else `key` names, in the store that is open.
+void CImageWriter::AddFinding(
+    CFindings & findings, const std::string & code, const std::string & key, const std::string & text) const
+{
+    Finding finding = MakeFinding(code, StoreName() + ", " + key + ": " + text);
+    const Store & store = mStores[*mStore].mStore;
+    finding.mStore = kit::reading::StoreName({ std::nullopt, store.mDevice, store.mNumber });
+    finding.mSubsystem = kit::reading::SubsystemName(mSubsystemType);
+    finding.mKey = mElement ? mElement->Name() : "";
+    findings.Add(std::move(finding));
+}
+
 void CImageWriter::AddChunk(const Chunk & chunk, const std::string & what)
 {
     if (!AppendChunk(mStores[*mStore].mStore, ComposeChunk(chunk)))
-        mFindings.Add(StoreName() + ", " + what + ": the store has no number left for it; it holds " +
-                      std::to_string(MAX_CHUNKS) + " chunks");
+        AddFinding(mFindings, "store-full", what,
+            "the store has no number left for it; it holds " + std::to_string(MAX_CHUNKS) + " chunks");
 }
 
 std::string CImageWriter::StoreName() const
@@ -231,8 +261,8 @@ void CImageWriter::Finish()
         return;
     SettleSizes();
     if (!mFindings.IsEmpty())
-        return ReportError(mFindings.Text(mPath));
-    if (IsErrorStanding())
+        return ReportErrors(mFindings);
+    if (IsErrorSet())
         return;
     std::stable_sort(mStores.begin(), mStores.end(),
         [](const OpenStore & left, const OpenStore & right) { return left.mLayer < right.mLayer; });
@@ -242,9 +272,9 @@ void CImageWriter::Finish()
         image.mStores.push_back(std::move(open.mStore));
     std::string reason;
     if (!mFile.Commit(ComposeImage(image), reason))
-        return Refuse(std::string(keywords::ERROR_UNABLE_TO_WRITE_FILE) + " (" + reason + ')');
-    if (!mChanges.IsEmpty())
-        ReportWarning(mChanges.Text(mPath));
+        return RefuseToWrite(reason);
+    for (const Finding & change : mChanges.InOrder())
+        ReportWarning(change);
     WarnOfLosses();
 }
 
@@ -257,22 +287,26 @@ void CImageWriter::SettleSizes()
         const auto known = mSizes.find({ store.mDevice.value_or(-1), store.mNumber.value_or(-1) });
         store.mSize = known != mSizes.end() ? known->second : DefaultSize(used);
         if (!SettleFreeSize(store))
-            mFindings.Add(imageconfig::StoreName(store.mDevice, store.mNumber) + ": the keys take " +
-                          std::to_string(used) + " bytes; its size is " + std::to_string(store.mSize));
+            mFindings.Add(MakeFinding("store-full", imageconfig::StoreName(store.mDevice, store.mNumber) +
+                                                        ": the keys take " + std::to_string(used) +
+                                                        " bytes; its size is " + std::to_string(store.mSize)));
         total += used;
     }
     if (total > MAX_BYTES_OF_IMAGE / 2 || mStores.size() > MAX_STORES)
-        mFindings.Add("the configuration takes " + std::to_string(total) + " bytes in " +
-                      std::to_string(mStores.size()) + " stores; an image holds " +
-                      std::to_string(MAX_BYTES_OF_IMAGE / 2) + " in " + std::to_string(MAX_STORES));
+        mFindings.Add(MakeFinding("image-too-large",
+            "the configuration takes " + std::to_string(total) + " bytes in " + std::to_string(mStores.size()) +
+                " stores; an image holds " + std::to_string(MAX_BYTES_OF_IMAGE / 2) + " in " +
+                std::to_string(MAX_STORES)));
 }
 
 void CImageWriter::WarnOfLosses() const
 {
     if (!mLosses.empty())
-        ReportWarning(mPath + ": name and type of " + std::to_string(mLosses.size()) +
-                      (mLosses.size() == 1 ? " key are" : " keys are") +
-                      " not in the image, as no metadata describe them: " + Listed(mLosses, ", "));
+        ReportWarning(WithPlace(
+            MakeFinding("lost-names", "name and type of " + kit::text::Counted(mLosses.size(), "key") +
+                                          " are not in the image, as no metadata describe them: " +
+                                          kit::text::Joined(mLosses, ", ", MAX_LISTED)),
+            mPath));
 }
 
 }   // namespace imageconfig

@@ -5,10 +5,10 @@
 
 #include "image.h"
 #include "keypacker.h"
-#include "report.h"
-#include "storesizes.h"
 
 #include <configtools/readerwriter.h>
+#include <kit/reading/storetags.h>
+#include <kit/reporting/findings.h>
 #include <kit/targetfile/targetfile.h>
 
 #include <map>
@@ -53,29 +53,30 @@ private:
 
     template <typename ActionT>
     void Run(ActionT action);
-    void Refuse(const std::string & text);
+    void Refuse(const std::string & code, const std::string & text);
+    void RefuseToWrite(const std::string & reason);
     void Begin(IConfigContext & context);
     void OpenSubsystem(IConfigContext & context);
     void TakeChip(IConfigContext & context);
     std::optional<int> NumberTag(IConfigContext & context, const char * tag, int min);
-    OpenStore & StoreOf(IConfigContext & context);
     void CloseSubsystem();
     void CloseElement();
+    void AddFinding(kit::reporting::CFindings & findings, const std::string & code, const std::string & key,
+        const std::string & text) const;
     void AddChunk(const Chunk & chunk, const std::string & what);
     void Finish();
     void SettleSizes();
-    bool FitIntoSize(Store & store);
     void WarnOfLosses() const;
     std::string StoreName() const;
 
     std::string mPath;
     kit::targetfile::CTargetFile mFile;
-    StoreSizes mSizes;
+    kit::reading::StoreSizes mSizes;
     std::vector<OpenStore> mStores;
     std::map<std::pair<std::optional<int>, std::optional<int>>, std::size_t> mPlaces;   // in mStores
     std::optional<std::string> mChip;
-    CFindings mFindings;
-    CFindings mChanges;   // values that come back changed, without checks
+    kit::reporting::CFindings mFindings;
+    kit::reporting::CFindings mChanges;   // values that come back changed, without checks
     bool mChecks = true;
     bool mIsRunning = false;              // between StartWrite and EndWrite, and nothing has gone wrong
     std::optional<std::size_t> mStore;    // of the subsystem that is open
