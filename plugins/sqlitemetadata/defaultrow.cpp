@@ -3,13 +3,13 @@
 #include <configtools/context.h>
 #include <configtools/keywords.h>
 #include <configtools/metadata.h>
+#include <configtools/numbertypes.h>
 #include <configtools/payloads.h>
 #include <configtools/readerwriter.h>
 #include <configtools/structcodec.h>
+#include <kit/numbertypes/number.h>
 
 #include <algorithm>
-#include <limits>
-#include <string_view>
 
 namespace sqlitemetadata {
 
@@ -49,28 +49,11 @@ std::uint64_t PackedSize(CMetadataDetailStruct & layout)
     return writer.Size();
 }
 
-template <typename T>
-bool Fits(std::int64_t number)
+// The factory would look at the low bits alone. The numbers of a repository have 64 bits, signed or unsigned.
+bool FitsType(std::int64_t number, const std::string & typeWord)
 {
-    return number >= std::numeric_limits<T>::min() && number <= std::numeric_limits<T>::max();
-}
-
-// The factory would look at the low bits alone.
-bool FitsType(std::int64_t number, std::string_view type)
-{
-    if (type == keywords::TYPE_UINT8)
-        return Fits<std::uint8_t>(number);
-    if (type == keywords::TYPE_UINT16)
-        return Fits<std::uint16_t>(number);
-    if (type == keywords::TYPE_UINT32)
-        return Fits<std::uint32_t>(number);
-    if (type == keywords::TYPE_INT8)
-        return Fits<std::int8_t>(number);
-    if (type == keywords::TYPE_INT16)
-        return Fits<std::int16_t>(number);
-    if (type == keywords::TYPE_INT32)
-        return Fits<std::int32_t>(number);
-    return true;
+    const NumberType * const type = FindNumberType(typeWord);
+    return type == nullptr || type->mBits == 64 || kit::numbertypes::RangeOf(*type).Contains(number);
 }
 
 std::string WhyNoIndex(const CTableIndex & index, std::uint32_t value)

@@ -2,7 +2,9 @@
 
 #include "elementbuilder.h"
 #include "records.h"
-#include "report.h"
+
+#include <kit/reading/devices.h>
+#include <kit/reporting/advice.h>
 
 namespace sqlitemetadata {
 
@@ -12,10 +14,8 @@ namespace {
 
 std::string RowText(const IMetadata & key, const DefaultRow & row)
 {
-    std::string text = "the default value of key " + std::to_string(key.PsId());
-    for (const std::uint32_t index : row.mIndices)
-        text += '.' + std::to_string(index);
-    return text + ' ' + Quoted(key.Name());
+    return "the default value of key " + std::to_string(key.PsId()) + kit::reading::IndicesText(row.mIndices) +
+           ' ' + kit::reporting::Quoted(key.Name());
 }
 
 DefaultItem ItemIn(const CQuery & query, int column)
@@ -28,7 +28,8 @@ DefaultItem ItemIn(const CQuery & query, int column)
 
 }   // namespace
 
-CDefaults::CDefaults(CDatabase & database, CRecords & records, CElementBuilder & builder, CFindings & findings)
+CDefaults::CDefaults(
+    CDatabase & database, CRecords & records, CElementBuilder & builder, kit::reporting::CFindings & findings)
     : mDatabase(database)
     , mRecords(records)
     , mBuilder(builder)
@@ -39,26 +40,32 @@ CDefaults::CDefaults(CDatabase & database, CRecords & records, CElementBuilder &
     , mItems(database, "SELECT position, value FROM default_items WHERE row_id = ? ORDER BY position")
 {}
 
-std::vector<SubsystemDefaults> CDefaults::Of(const System & system)
+std::vector<kit::reading::Subsystem> CDefaults::Of(const System & system)
 {
-    std::vector<SubsystemDefaults> defaults;
+    std::vector<kit::reading::Subsystem> defaults;
     for (const Subsystem & subsystem : system.mSubsystems) {
-        std::vector<DefaultElement> elements = Of(subsystem);
-        if (!elements.empty())
-            defaults.push_back({ subsystem.mType, std::move(elements) });
+        mFindings.Scope().mSubsystem = kit::reading::SubsystemName(subsystem.mType);
+        std::vector<kit::reading::Key> keys = Of(subsystem);
+        if (!keys.empty())
+            defaults.push_back({ { subsystem.mType, std::nullopt, std::nullopt, 0 }, std::move(keys) });
     }
     return defaults;
 }
 
-std::vector<DefaultElement> CDefaults::Of(const Subsystem & subsystem)
+std::vector<kit::reading::Key> CDefaults::Of(const Subsystem & subsystem)
 {
-    std::vector<DefaultElement> elements;
+    std::vector<kit::reading::Key> keys;
     for (const Place & place : PlacesIn(subsystem)) {
-        Add(elements, place);
-        if (mDatabase.IsFaulty())
-            mFindings.Add(mDatabase.TakeFault());
+        Add(keys, place);
+        AddFault();
     }
-    return elements;
+    return keys;
+}
+
+void CDefaults::AddFault()
+{
+    if (mDatabase.IsFaulty())
+        mFindings.Add(kit::reporting::MakeFinding("bad-metadata", mDatabase.TakeFault()));
 }
 
 std::vector<CDefaults::Place> CDefaults::PlacesIn(const Subsystem & subsystem)
@@ -66,12 +73,11 @@ std::vector<CDefaults::Place> CDefaults::PlacesIn(const Subsystem & subsystem)
     std::vector<Place> places;
     for (mPlaces.Ask(subsystem.mId); mPlaces.Next();)
         places.push_back({ mPlaces.Number(0), mPlaces.Number(1) });
-    if (mDatabase.IsFaulty())
-        mFindings.Add(mDatabase.TakeFault());
+    AddFault();
     return places;
 }
 
-void CDefaults::Add(std::vector<DefaultElement> & elements, const Place & place)
+void CDefaults::Add(std::vector<kit::reading::Key> & keys, const Place & place)
 {
     const IMetadata * const key = mRecords.Key(place.mKey);
     DefaultRow row = RowAt(place);
@@ -81,10 +87,13 @@ void CDefaults::Add(std::vector<DefaultElement> & elements, const Place & place)
     std::unique_ptr<CElement> element;
     if (IsFirst(place, row))
         element = mBuilder.Build(*key, row, reason);
-    if (!reason.empty())
-        mFindings.Add(RowText(*key, row) + ": " + reason);
-    else if (element != nullptr)
-        elements.push_back({ std::move(row.mIndices), std::move(element) });
+    if (!reason.empty()) {
+        auto finding = kit::reporting::MakeFinding("bad-default", RowText(*key, row) + ": " + reason);
+        finding.mKey = key->Name() + kit::reading::IndicesText(row.mIndices);
+        mFindings.Add(std::move(finding));
+    } else if (element != nullptr) {
+        keys.push_back({ std::move(element), std::move(row.mIndices) });
+    }
 }
 
 DefaultRow CDefaults::RowAt(const Place & place)

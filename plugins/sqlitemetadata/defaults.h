@@ -7,10 +7,10 @@
 #include "database.h"
 #include "defaultrow.h"
 
-#include <configtools/elements.h>
+#include <kit/reading/filereader.h>
+#include <kit/reporting/findings.h>
 
 #include <cstdint>
-#include <memory>
 #include <set>
 #include <string>
 #include <utility>
@@ -19,29 +19,18 @@
 namespace sqlitemetadata {
 
 class CElementBuilder;
-class CFindings;
 class CRecords;
-
-struct DefaultElement
-{
-    std::vector<std::uint32_t> mIndices;   // of a table row
-    std::unique_ptr<VrexZynConfigTools::CElement> mElement;
-};
-
-struct SubsystemDefaults
-{
-    VrexZynConfigTools::SubSystemTypeEnum mType = VrexZynConfigTools::SUBSYSTEM_UNKNOWN;
-    std::vector<DefaultElement> mElements;   // in ascending order of key numbers
-};
 
 /// Builds all of them before any of them is given to anybody, so that what is wrong is known in time.
 class CDefaults
 {
 public:
-    CDefaults(CDatabase & database, CRecords & records, CElementBuilder & builder, CFindings & findings);
+    CDefaults(CDatabase & database, CRecords & records, CElementBuilder & builder,
+        kit::reporting::CFindings & findings);
 
-    /// The subsystems in their order, those without any default value left out. What is wrong is found.
-    std::vector<SubsystemDefaults> Of(const System & system);
+    /// The subsystems in their order, in layer 0 of no store, with their keys in ascending order of numbers. Those without
+    /// any default value are left out.
+    std::vector<kit::reading::Subsystem> Of(const System & system);
 
 private:
     struct Place
@@ -50,9 +39,10 @@ private:
         std::int64_t mKey;
     };
 
-    std::vector<DefaultElement> Of(const Subsystem & subsystem);
+    std::vector<kit::reading::Key> Of(const Subsystem & subsystem);
     std::vector<Place> PlacesIn(const Subsystem & subsystem);
-    void Add(std::vector<DefaultElement> & elements, const Place & place);
+    void Add(std::vector<kit::reading::Key> & keys, const Place & place);
+    void AddFault();
     DefaultRow RowAt(const Place & place);
     void CheckPosition(const Place & place, std::int64_t position, std::int64_t expected, const char * whose);
     bool IsFirst(const Place & place, const DefaultRow & row);
@@ -60,7 +50,7 @@ private:
     CDatabase & mDatabase;
     CRecords & mRecords;
     CElementBuilder & mBuilder;
-    CFindings & mFindings;
+    kit::reporting::CFindings & mFindings;
     std::set<std::pair<std::int64_t, std::vector<std::uint32_t>>> mSeen;   // keys with their indices
     CQuery mPlaces;
     CQuery mIndices;

@@ -3,10 +3,9 @@
 #ifndef SQLITEMETADATA_ELEMENTBUILDER_H
 #define SQLITEMETADATA_ELEMENTBUILDER_H
 
-#include "report.h"
-
 #include <configtools/context.h>
 #include <configtools/elements.h>
+#include <kit/reporting/channel.h>
 
 #include <memory>
 #include <string>
@@ -32,7 +31,7 @@ public:
         const VrexZynConfigTools::IMetadata & record, const DefaultRow & row, std::string & reason);
 
 private:
-    CErrorsAside mErrors;
+    kit::reporting::CErrorsSetAside mErrors;
     VrexZynConfigTools::CBaseContext mContext;
 };
 

@@ -5,12 +5,15 @@
 #include "defaults.h"
 #include "elementbuilder.h"
 #include "fileheader.h"
-#include "report.h"
 #include "soundness.h"
 
 #include <configtools/keywords.h>
 #include <kit/nearestname/nearestname.h>
-#include <kit/reading/contexts.h>
+#include <kit/reading/filereader.h>
+#include <kit/reporting/advice.h>
+#include <kit/reporting/channel.h>
+#include <kit/reporting/guard.h>
+#include <kit/text/words.h>
 
 #include <optional>
 
@@ -18,6 +21,7 @@ namespace sqlitemetadata {
 
 using namespace VrexZynConfigTools;
 using namespace kit::reading;
+using namespace kit::reporting;
 
 /// What is known of the file from one opening to the next.
 struct Repository
@@ -38,6 +42,8 @@ struct Repository
 
 namespace {
 
+constexpr std::size_t MAX_FINDINGS = 50;
+
 // Default values stand below all stores: in layer 0, of no device and no store.
 void PlaceInLayer0(IConfigContext & context)
 {
@@ -48,11 +54,11 @@ void PlaceInLayer0(IConfigContext & context)
 
 std::string LabelsOf(const CCatalogue & catalogue)
 {
-    std::string labels;
+    std::vector<std::string> labels;
     for (const System & system : catalogue.Systems())
         for (const auto & chip : system.mChips)
-            labels += (labels.empty() ? "" : ", ") + Quoted(chip->SystemVersionLabel());
-    return labels;
+            labels.push_back(Quoted(chip->SystemVersionLabel()));
+    return kit::text::Joined(labels, ", ");
 }
 
 }   // namespace
@@ -76,7 +82,7 @@ void CSqliteMetadataProvider::Open()
             mWhyNot = repository->mDatabase.TakeFault();
     }
     if (mRepository == nullptr)
-        ReportError(mSource + ": " + mWhyNot);
+        ReportErrorOnce("unusable-metadata", mSource, mWhyNot);
 }
 
 // Puts a question to the repository. False if it can't be answered, and why is told.
@@ -86,12 +92,12 @@ bool CSqliteMetadataProvider::Ask(ActionT action)
     bool isAnswered = false;
     Guarded(mSource, [&] {
         if (mRepository == nullptr)
-            return ReportError(mSource + ": " + mWhyNot);
+            return ReportErrorOnce("unusable-metadata", mSource, mWhyNot);
         action(*mRepository);
         const std::string fault = mRepository->mDatabase.TakeFault();
         isAnswered = fault.empty();
         if (!isAnswered)
-            ReportError(mSource + ": " + fault);
+            ReportErrorOnce("bad-metadata", mSource, fault);
     });
     return isAnswered;
 }
@@ -195,24 +201,29 @@ void CSqliteMetadataProvider::Refresh()
 
 void CSqliteMetadataProvider::Read(IConfigContext & context)
 {
-    std::vector<SubsystemDefaults> defaults;
-    CFindings findings;
+    FileContent defaults;
+    CFindings findings(mSource, MAX_FINDINGS);
     bool isReadable = mObserver != nullptr;
     if (!isReadable)
-        return ReportError(
-            mSource + ": " + keywords::ERROR_INVALID_OPERATION + " (a read without an observer)");
+        return ReportErrorOnce("invalid-operation", mSource,
+            std::string(keywords::ERROR_INVALID_OPERATION) + " (a read without an observer)");
     const bool isAnswered = Ask([&](Repository & repository) {
         const System * const system = SystemToRead(context);
         isReadable = system != nullptr;
         if (!isReadable)
             return;
         CElementBuilder builder(context);
-        defaults = CDefaults(repository.mDatabase, repository.mRecords, builder, findings).Of(*system);
+        defaults.mSubsystems =
+            CDefaults(repository.mDatabase, repository.mRecords, builder, findings).Of(*system);
     });
-    if (!findings.IsEmpty())
-        ReportError(findings.Text(mSource + ": "));
-    if (isAnswered && isReadable && findings.IsEmpty())
-        Guarded(mSource, [&] { Deliver(defaults, context); });
+    ReportErrors(findings);
+    if (!isAnswered || !isReadable || !findings.IsEmpty())
+        return;
+    Guarded(mSource, [&] {
+        const ContextOwner base = FileContext(context, keywords::EMPTY);
+        PlaceInLayer0(*base);
+        Deliver(defaults, *base, *this, *mObserver, mElementObserver);
+    });
 }
 
 const System * CSqliteMetadataProvider::SystemToRead(IConfigContext & context)
@@ -227,30 +238,6 @@ const System * CSqliteMetadataProvider::SystemToRead(IConfigContext & context)
     mRepository->mDatabase.SetFault(std::string(keywords::ERROR_SYSTEM_LABEL_NOT_FOUND) + " (" + reason +
                                     "; there is " + LabelsOf(catalogue) + ')');
     return nullptr;
-}
-
-void CSqliteMetadataProvider::Deliver(std::vector<SubsystemDefaults> & defaults, IConfigContext & context)
-{
-    const ContextOwner own = FileContext(context, keywords::EMPTY);
-    PlaceInLayer0(*own);
-    mObserver->OnReadStarted(*this, *own);
-    for (SubsystemDefaults & subsystem : defaults)
-        DeliverSubsystem(subsystem, *own);
-    mObserver->OnReadEnded(*this, *own);
-}
-
-void CSqliteMetadataProvider::DeliverSubsystem(SubsystemDefaults & defaults, IConfigContext & context)
-{
-    const ContextOwner own = SubsystemContext(context, { defaults.mType, std::nullopt, std::nullopt });
-    PlaceInLayer0(*own);
-    mObserver->OnSubsystemFound(*this, *own);   // this replaces mElementObserver
-    CKeyContexts contexts(*own);
-    for (DefaultElement & element : defaults.mElements) {
-        IConfigContext & keyContext = contexts.Of(element.mIndices);
-        if (mElementObserver != nullptr)
-            mElementObserver->OnElementFound(element.mElement.release(), keyContext);   // the observer owns it now
-    }
-    mObserver->OnSubsystemCompleted(*this, *own);
 }
 
 }   // namespace sqlitemetadata

@@ -14,10 +14,8 @@
 
 namespace sqlitemetadata {
 
-class CFindings;
 struct Repository;
 struct System;
-struct SubsystemDefaults;
 
 /// Answers out of the repository as it stood when it was opened or last refreshed. A repository that can't be used
 /// leaves the reason in the message channel then, and with each question.
@@ -65,8 +63,6 @@ private:
         const WantedT & wanted, VrexZynConfigTools::IConfigContext & context);
     void Open();
     const System * SystemToRead(VrexZynConfigTools::IConfigContext & context);
-    void Deliver(std::vector<SubsystemDefaults> & defaults, VrexZynConfigTools::IConfigContext & context);
-    void DeliverSubsystem(SubsystemDefaults & defaults, VrexZynConfigTools::IConfigContext & context);
 
     RecordShelf mShelf;                        // every record ever handed out
     std::unique_ptr<Repository> mRepository;   // null if it can't be used

@@ -1,6 +1,6 @@
 #include "records.h"
 
-#include "report.h"
+#include <kit/reporting/advice.h>
 
 #include <iterator>
 
@@ -80,7 +80,7 @@ const CMetadata * CRecords::Key(std::int64_t id)
     if (auto * const layout = dynamic_cast<CMetadataDetailStruct *>(key->Details()))
         layout->OrderFieldsForTargetArchitecture();
     if (mDatabase.IsFaulty()) {
-        mDatabase.SetPlace("key " + std::to_string(key->PsId()) + ' ' + Quoted(key->Name()));
+        mDatabase.SetPlace("key " + std::to_string(key->PsId()) + ' ' + kit::reporting::Quoted(key->Name()));
         return nullptr;
     }
     mShelf.insert(mShelf.end(), std::make_move_iterator(mParts.begin()), std::make_move_iterator(mParts.end()));
@@ -142,7 +142,7 @@ void CRecords::AddStruct(CMetadata & record, std::int64_t id, int depth)
         return mDatabase.SetFault(
             "more than " + std::to_string(MAX_NESTING) + " structs lie within one another");
     if (!mLayout.Ask(id).Next())
-        return mDatabase.SetFault("the struct " + Quoted(record.Name()) + " has no layout");
+        return mDatabase.SetFault("the struct " + kit::reporting::Quoted(record.Name()) + " has no layout");
     auto * const layout = new CMetadataDetailStruct(record, mLayout.Number(0) != 0, mLayout.Number(1) != 0);
     record.SetDetails(*layout);
     for (const Field & field : FieldsOf(id)) {   // all of them first: a field may be a struct and ask the same

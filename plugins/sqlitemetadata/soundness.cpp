@@ -1,8 +1,9 @@
 #include "soundness.h"
 
 #include "database.h"
-#include "report.h"
 #include <kit/metadataschema/schema.h>
+#include <kit/reporting/advice.h>
+#include <kit/reporting/findings.h>
 
 #include <string>
 #include <vector>
@@ -12,6 +13,7 @@ namespace sqlitemetadata {
 namespace {
 
 constexpr std::size_t FAULTS_TOLD = 5;
+constexpr std::size_t MAX_FINDINGS = 50;
 
 using Lines = std::vector<std::string>;
 
@@ -106,20 +108,29 @@ constexpr Rule RULES[] = {
 std::string RecordText(CQuery & query)
 {
     const std::int64_t psId = query.Number(0);
-    return (psId != 0 ? "key " + std::to_string(psId) + ' ' : "field ") + Quoted(query.Text(1));
+    return (psId != 0 ? "key " + std::to_string(psId) + ' ' : "field ") + kit::reporting::Quoted(query.Text(1));
+}
+
+// Each on a line of its own, which begins with a line end and two blanks.
+std::string Indented(const std::vector<kit::reporting::Finding> & findings)
+{
+    std::string text;
+    for (const kit::reporting::Finding & finding : findings)
+        text += "\n  " + finding.mText;
+    return text;
 }
 
 bool KeepsRules(CDatabase & database)
 {
-    CFindings findings;
+    kit::reporting::CFindings findings({}, MAX_FINDINGS);
     for (const Rule & rule : RULES) {
         CQuery query(database, rule.mBreaches);
         std::size_t count = 0;
         for (query.Ask(); query.Next() && count < FAULTS_TOLD; ++count)
-            findings.Add(RecordText(query) + ' ' + rule.mText);
+            findings.Add(kit::reporting::MakeFinding("bad-metadata", RecordText(query) + ' ' + rule.mText));
     }
     if (!findings.IsEmpty())
-        database.SetFault("the repository contradicts itself:\n" + findings.Text("  "));
+        database.SetFault("the repository contradicts itself:" + Indented(findings.InOrder()));
     return !database.IsFaulty();
 }
 

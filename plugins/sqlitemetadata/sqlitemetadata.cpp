@@ -7,6 +7,7 @@
 #include "provider.h"
 
 #include <configtools/plugin.h>
+#include <kit/reporting/guard.h>
 
 const char * GetPlugInName()
 {
@@ -20,10 +21,5 @@ const char * GetPlugInSignature()
 
 VrexZynConfigTools::IMetadataProvider * CreateMetadataProvider(const std::string & argument)
 {
-    // No exception may leave an entry point; null says that there is no object.
-    try {
-        return new sqlitemetadata::CSqliteMetadataProvider(argument);
-    } catch (...) {
-        return nullptr;
-    }
+    return kit::reporting::CreateOrNull<sqlitemetadata::CSqliteMetadataProvider>(argument);
 }

@@ -310,7 +310,7 @@ TEST_F(BadFiles, show_foreign_texts_printable_and_short)
 {
     mRepository.AddStructKey(mBt, { .psid = 5, .name = "a\nb\x1b" });
     mRepository.AddStructKey(mBt, { .psid = 6, .name = std::string(59, 'x') + "\xC3\xA4" });
-    ExpectRefused("key 5 \"a\\x0Ab\\x1B\" is");
+    ExpectRefused("key 5 \"a\\x0ab\\x1b\" is");
     EXPECT_THAT(Fault(), HasSubstr("key 6 \"" + std::string(59, 'x') + "...\" is"));
 }
 
