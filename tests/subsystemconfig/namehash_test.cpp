@@ -18,7 +18,7 @@ using namespace VrexZynConfigTools::support;
 
 namespace {
 
-constexpr HashSecret SECRET = { 0x243F6A8885A308D3U, 0x13198A2E03707345U, 0xA4093822U };
+constexpr HashSecret SECRET = { 0x243F6A8885A308D3U, 0x13198A2E03707345U, 0x9E3779B1U };
 
 std::uint32_t HashOf(
     const std::string & name, const CCaseFolding & folding = {}, const HashSecret & secret = SECRET)
@@ -128,7 +128,7 @@ TEST(ScanName, makes_other_collisions_with_another_secret)
     const auto some = collisionsWith(SECRET);
     EXPECT_FALSE(some.empty());
     EXPECT_LT(some.size(), 40U);   // 5 are to be expected
-    const auto others = collisionsWith({ SECRET.mStart, 0x452821E638D01377U, SECRET.mNumberMask });
+    const auto others = collisionsWith({ SECRET.mStart, 0x452821E638D01377U, SECRET.mNumberFactor });
     EXPECT_LT(others.size(), 40U);
     EXPECT_NE(some, others);
 }
@@ -173,6 +173,7 @@ TEST(ProcessSecret, stays_the_same)
     EXPECT_EQ(&secret, &ProcessSecret());
     EXPECT_EQ(secret.mFactor % 2, 1U);
     EXPECT_NE(secret.mFactor >> 32U, 0U);
+    EXPECT_EQ(secret.mNumberFactor % 2, 1U);
 }
 
 }   // namespace

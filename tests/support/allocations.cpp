@@ -8,11 +8,14 @@
 #include <memory>
 #include <vector>
 
+#include <malloc.h>
+
 namespace {
 
 constexpr std::uint64_t UNLIMITED = std::numeric_limits<std::uint64_t>::max();
 
 std::uint64_t allocationCount = 0;
+std::uint64_t allocatedBytes = 0;
 std::uint64_t granted = UNLIMITED;
 std::uint64_t smallestThatFails = UNLIMITED;
 
@@ -23,7 +26,15 @@ void * Allocate(std::size_t size) noexcept
     if (granted != UNLIMITED)
         --granted;
     ++allocationCount;
-    return std::malloc(size != 0 ? size : 1);
+    void * const memory = std::malloc(size != 0 ? size : 1);
+    allocatedBytes += malloc_usable_size(memory);
+    return memory;
+}
+
+void Free(void * memory) noexcept
+{
+    allocatedBytes -= malloc_usable_size(memory);
+    std::free(memory);
 }
 
 void * AllocateOrThrow(std::size_t size)
@@ -71,32 +82,32 @@ void * operator new[](std::size_t size, const std::nothrow_t &) noexcept
 
 void operator delete(void * memory) noexcept
 {
-    std::free(memory);
+    Free(memory);
 }
 
 void operator delete[](void * memory) noexcept
 {
-    std::free(memory);
+    Free(memory);
 }
 
 void operator delete(void * memory, std::size_t) noexcept
 {
-    std::free(memory);
+    Free(memory);
 }
 
 void operator delete[](void * memory, std::size_t) noexcept
 {
-    std::free(memory);
+    Free(memory);
 }
 
 void operator delete(void * memory, const std::nothrow_t &) noexcept
 {
-    std::free(memory);
+    Free(memory);
 }
 
 void operator delete[](void * memory, const std::nothrow_t &) noexcept
 {
-    std::free(memory);
+    Free(memory);
 }
 
 namespace VrexZynConfigTools::support {
@@ -104,6 +115,11 @@ namespace VrexZynConfigTools::support {
 std::uint64_t AllocationCount()
 {
     return allocationCount;
+}
+
+std::uint64_t AllocatedBytes()
+{
+    return allocatedBytes;
 }
 
 void FailAllocationsAfter(std::uint64_t count)

@@ -12,6 +12,9 @@ namespace VrexZynConfigTools::support {
 /// All allocations since the program began.
 std::uint64_t AllocationCount();
 
+/// The bytes that are allocated now.
+std::uint64_t AllocatedBytes();
+
 /// Lets `count` allocations pass and every later one fail, until `LetAllocationsPass`.
 void FailAllocationsAfter(std::uint64_t count);
 void LetAllocationsPass();

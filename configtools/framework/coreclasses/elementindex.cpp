@@ -10,6 +10,7 @@
 #include <cstring>
 #include <stdexcept>
 #include <typeinfo>
+#include <utility>
 
 namespace VrexZynConfigTools {
 
@@ -74,15 +75,11 @@ std::uint32_t HashOfIndices(std::uint32_t hash, const CIndexedElement & row)
     return hash;
 }
 
-std::uint32_t HashOfNumber(std::uint32_t number)
-{
-    return HashOfNumber(number, ProcessSecret());
-}
-
 }   // namespace
 
 CElementIndex::CElementIndex(ElementList & elements)
     : mElements(elements)
+    , mSecret(ProcessSecret())
 {}
 
 CElementIndex::NameKey CElementIndex::KeyOf(const std::string & name)
@@ -98,33 +95,31 @@ CElementIndex::NameKey CElementIndex::KeyOf(const std::string & name)
     return { name, scan.mHash, !name.empty() && !scan.mHasDot && !MayBeginNumber(name.front()) };
 }
 
-CElement * CElementIndex::LastWithId(std::uint32_t id) const
+CElement * CElementIndex::LastOfSeveral(std::uint32_t id) const
 {
-    const std::uint32_t hash = HashOfNumber(id);
-    const CHashRings::Slot * const slot = mByNumber.Find(hash);
-    if (slot != nullptr && mRows == nullptr && mByNumber.Last(slot->mFirst) == slot->mFirst)
-        return slot->mElement;
-    const std::uint32_t plain = slot != nullptr ? mByNumber.Last(slot->mFirst) : NONE;
+    const std::uint32_t hash = HashOfNumber(id, mSecret);
+    const std::uint32_t plain = mPlain.mByNumber.First(hash);
     const std::uint32_t row = mRows != nullptr ? mRows->mByNumber.First(hash) : NONE;
-    if (row == NONE)
-        return plain != NONE ? &ElementAt(plain) : nullptr;
-    const std::uint32_t lastRow = mRows->mByNumber.Last(row);
-    return &ElementAt(plain != NONE ? std::max(plain, lastRow) : lastRow);
+    const std::uint32_t lastPlain = plain != NONE ? mPlain.mByNumber.Last(plain) : NONE;
+    const std::uint32_t lastRow = row != NONE ? mRows->mByNumber.Last(row) : NONE;
+    if (lastPlain == NONE || lastRow == NONE)
+        return lastPlain != lastRow ? &ElementAt(std::min(lastPlain, lastRow)) : nullptr;
+    return &ElementAt(std::max(lastPlain, lastRow));
 }
 
 CElement * CElementIndex::FirstWithId(std::uint32_t id) const
 {
-    const std::uint32_t hash = HashOfNumber(id);
+    const std::uint32_t hash = HashOfNumber(id, mSecret);
     const std::uint32_t row = mRows != nullptr ? mRows->mByNumber.First(hash) : NONE;
-    const std::uint32_t first = std::min(mByNumber.First(hash), row);   // NONE is the highest number
+    const std::uint32_t first = std::min(mPlain.mByNumber.First(hash), row);   // NONE is the highest number
     return first != NONE ? &ElementAt(first) : nullptr;
 }
 
 CElementIndex::ElementList CElementIndex::AllWithId(std::uint32_t id) const
 {
     ElementList all;
-    const std::uint32_t hash = HashOfNumber(id);
-    const std::uint32_t firstPlain = mByNumber.First(hash);
+    const std::uint32_t hash = HashOfNumber(id, mSecret);
+    const std::uint32_t firstPlain = mPlain.mByNumber.First(hash);
     const std::uint32_t firstRow = mRows != nullptr ? mRows->mByNumber.First(hash) : NONE;
     std::uint32_t plain = firstPlain;
     std::uint32_t row = firstRow;
@@ -132,7 +127,7 @@ CElementIndex::ElementList CElementIndex::AllWithId(std::uint32_t id) const
         const bool isPlain = plain < row;
         all.push_back(&ElementAt(isPlain ? plain : row));
         (isPlain ? plain : row) =
-            isPlain ? mByNumber.Next(plain, firstPlain) : mRows->mByNumber.Next(row, firstRow);
+            isPlain ? mPlain.mByNumber.Next(plain, firstPlain) : mRows->mByNumber.Next(row, firstRow);
     }
     return all;
 }
@@ -140,22 +135,22 @@ CElementIndex::ElementList CElementIndex::AllWithId(std::uint32_t id) const
 CElement * CElementIndex::FirstPlainNamed(const NameKey & key)
 {
     FollowFolding();
-    const CHashRings::Slot * const slot = mByName.Find(key.mHash);
+    const CHashRings::Slot * const slot = mPlain.mByName.Find(key.mHash);
     if (slot == nullptr)
         return nullptr;
     if (EqualWithoutCase(slot->mElement->mName, key.mName))
         return slot->mElement;
-    const std::uint32_t entry = FirstIn(mByName, key.mHash,
+    const std::uint32_t entry = FirstIn(mPlain.mByName, key.mHash,
         [&key](const CElement & element) { return EqualWithoutCase(element.mName, key.mName); });
     return entry != NONE ? &ElementAt(entry) : nullptr;
 }
 
 CElementIndex::Position CElementIndex::FirstNumbered(std::uint32_t id, const Indices & indices) const
 {
-    const std::uint32_t hash = HashOfNumber(id);
+    const std::uint32_t hash = HashOfNumber(id, mSecret);
     if (indices.empty())
-        return PositionOf(mByNumber.First(hash));
-    const std::uint32_t plain = FirstIn(mByNumber, hash, IsNoRow);
+        return PositionOf(mPlain.mByNumber.First(hash));
+    const std::uint32_t plain = FirstIn(mPlain.mByNumber, hash, IsNoRow);
     if (mRows == nullptr)
         return PositionOf(plain);
     const std::uint32_t row = FirstIn(mRows->mByPlace, HashOfIndices(hash, indices),
@@ -167,7 +162,7 @@ CElementIndex::Position CElementIndex::FirstNamed(const std::string & name, cons
 {
     const std::uint32_t hash = KeyOf(name).mHash;
     FollowFolding();
-    const std::uint32_t plain = FirstIn(mByName, hash, [&](const CElement & element) {
+    const std::uint32_t plain = FirstIn(mPlain.mByName, hash, [&](const CElement & element) {
         return IsLowerCaseOf(name, element.mName) && (indices.empty() || IsNoRow(element));
     });
     if (mRows == nullptr || indices.empty())
@@ -181,9 +176,9 @@ CElementIndex::Position CElementIndex::FirstNamed(const std::string & name, cons
 
 CElementIndex::Position CElementIndex::FirstSame(CElement & element) const
 {
-    const std::uint32_t hash = HashOfNumber(element.mPsId);
+    const std::uint32_t hash = HashOfNumber(element.mPsId, mSecret);
     const auto isSame = [&element](const CElement & stored) { return stored.Same(element); };
-    const std::uint32_t plain = FirstIn(mByNumber, hash, isSame);
+    const std::uint32_t plain = FirstIn(mPlain.mByNumber, hash, isSame);
     const auto * row = mRows != nullptr ? dynamic_cast<const CIndexedElement *>(&element) : nullptr;
     if (row == nullptr)
         return PositionOf(plain);
@@ -209,16 +204,22 @@ void CElementIndex::Replace(Position position, CElement & successor)
     const Hashes hashes = HashesOf(successor);
     const std::uint32_t entry = EntryAt(position, former);
     PrepareRings(hashes, mPositions.size());
-    if (former.mKind == Kind::PLAIN && hashes.mKind == Kind::PLAIN && former.mNumber == hashes.mNumber &&
-        former.mIsNamed == hashes.mIsNamed && former.mName == hashes.mName)
-    {
-        mByNumber.Replace(hashes.mNumber, entry, &successor);
-        if (hashes.mIsNamed)
-            mByName.Replace(hashes.mName, entry, &successor);
+    if (former.mKind != hashes.mKind || former.mNumber != hashes.mNumber || former.mPlace != hashes.mPlace) {
+        Leave(former, entry);
+        Enter(hashes, entry, &successor);
         return;
     }
-    Leave(former, entry);
-    Enter(hashes, entry, &successor);
+    // The usual case, in which the rings of the number, long as they may be, stay as they are.
+    if (hashes.mKind == Kind::ROW)
+        mRows->mByPlace.Replace(hashes.mPlace, entry, &successor);
+    if (hashes.mKind != Kind::FOREIGN)
+        WaysOf(hashes.mKind).mByNumber.Replace(hashes.mNumber, entry, &successor);
+    if (former.mIsNamed && hashes.mIsNamed && former.mName == hashes.mName) {
+        WaysOf(hashes.mKind).mByName.Replace(hashes.mName, entry, &successor);
+    } else {
+        LeaveName(former, entry);
+        EnterName(hashes, entry, &successor);
+    }
 }
 
 void CElementIndex::Remove(Position position)
@@ -227,7 +228,7 @@ void CElementIndex::Remove(Position position)
     const Hashes hashes = HashesOf(**position);
     const std::uint32_t entry = EntryAt(position, hashes);
     Leave(hashes, entry);
-    mPositions[entry] = Position();
+    mPositions[entry] = mElements.end();
     if (--mCount == 0)
         mPositions.clear();
 }
@@ -253,7 +254,7 @@ CElementIndex::Hashes CElementIndex::HashesOf(const CElement & element)
     const NameScan name = ScanName(element.mName, CLocaleFolding::Instance().Folding(), ProcessSecret());
     hashes.mIsNamed = !element.mName.empty();
     hashes.mHasHighBytes = name.mHasHighBytes;
-    hashes.mNumber = HashOfNumber(element.mPsId);
+    hashes.mNumber = HashOfNumber(element.mPsId, ProcessSecret());
     hashes.mName = name.mHash;
     if (hashes.mKind == Kind::ROW) {
         const auto & row = static_cast<const CIndexedElement &>(element);
@@ -274,7 +275,7 @@ std::uint32_t CElementIndex::EntryAt(Position position, const Hashes & hashes) c
         return static_cast<std::uint32_t>(
             std::find(mPositions.begin(), mPositions.end(), position) - mPositions.begin());
     const bool isRow = hashes.mKind == Kind::ROW;
-    const CHashRings & rings = isRow ? mRows->mByPlace : mByNumber;
+    const CHashRings & rings = isRow ? mRows->mByPlace : mPlain.mByNumber;
     const std::uint32_t first = rings.First(isRow ? hashes.mPlace : hashes.mNumber);
     std::uint32_t entry = first;
     while (mPositions[entry] != position)
@@ -306,92 +307,100 @@ void CElementIndex::PrepareEntry()
 
 void CElementIndex::PrepareRings(const Hashes & hashes, std::size_t entryCount)
 {
-    // The rings by name need room for one an entry: in another locale all of them may have names of their own.
-    if (hashes.mKind == Kind::PLAIN) {
-        mByNumber.Prepare(hashes.mNumber, entryCount);
-        if (hashes.mIsNamed)
-            mByName.Prepare(hashes.mName, entryCount, mNamedCount + 1);
-    } else if (hashes.mKind == Kind::ROW) {
+    if (hashes.mKind == Kind::FOREIGN)
+        return;
+    if (hashes.mKind == Kind::ROW) {
         if (mRows == nullptr)
             mRows = std::make_unique<Rows>();
-        mRows->mByNumber.Prepare(hashes.mNumber, entryCount);
         mRows->mByPlace.Prepare(hashes.mPlace, entryCount);
-        if (hashes.mIsNamed)
-            mRows->mByName.Prepare(hashes.mName, entryCount, mRows->mNamedCount + 1);
     }
+    Ways & ways = WaysOf(hashes.mKind);
+    ways.mByNumber.Prepare(hashes.mNumber, entryCount);
+    if (hashes.mIsNamed)
+        ways.mByName.Prepare(hashes.mName, entryCount);
 }
 
 void CElementIndex::Enter(const Hashes & hashes, std::uint32_t entry, CElement * element) noexcept
 {
+    if (hashes.mKind == Kind::FOREIGN) {
+        ++mForeignCount;
+        return;
+    }
+    if (hashes.mKind == Kind::ROW)
+        mRows->mByPlace.Add(hashes.mPlace, entry, element);
+    WaysOf(hashes.mKind).mByNumber.Add(hashes.mNumber, entry, element);
+    EnterName(hashes, entry, element);
+}
+
+void CElementIndex::EnterName(const Hashes & hashes, std::uint32_t entry, CElement * element) noexcept
+{
+    if (!hashes.mIsNamed)
+        return;
     if (hashes.mHasHighBytes && !mHasHighBytes) {
         mHasHighBytes = true;
         mFoldingGeneration = CLocaleFolding::Instance().Generation();
         CLocaleFolding::Instance().Need();
     }
-    if (hashes.mKind == Kind::FOREIGN) {
-        ++mForeignCount;
-    } else if (hashes.mKind == Kind::PLAIN) {
-        mByNumber.Add(hashes.mNumber, entry, element);
-        if (hashes.mIsNamed) {
-            mByName.Add(hashes.mName, entry, element);
-            ++mNamedCount;
-        }
-    } else {
-        mRows->mByNumber.Add(hashes.mNumber, entry, element);
-        mRows->mByPlace.Add(hashes.mPlace, entry, element);
-        if (hashes.mIsNamed) {
-            mRows->mByName.Add(hashes.mName, entry, element);
-            ++mRows->mNamedCount;
-        }
-    }
+    WaysOf(hashes.mKind).mByName.Add(hashes.mName, entry, element);
 }
 
 void CElementIndex::Leave(const Hashes & hashes, std::uint32_t entry) noexcept
 {
-    const auto elementOf = [this](std::uint32_t next) { return &ElementAt(next); };
     if (hashes.mKind == Kind::FOREIGN) {
         --mForeignCount;
-    } else if (hashes.mKind == Kind::PLAIN) {
-        mByNumber.Remove(hashes.mNumber, entry, elementOf);
-        if (hashes.mIsNamed) {
-            mByName.Remove(hashes.mName, entry, elementOf);
-            --mNamedCount;
-        }
-    } else {
-        mRows->mByNumber.Remove(hashes.mNumber, entry, elementOf);
-        mRows->mByPlace.Remove(hashes.mPlace, entry, elementOf);
-        if (hashes.mIsNamed) {
-            mRows->mByName.Remove(hashes.mName, entry, elementOf);
-            --mRows->mNamedCount;
-        }
+        return;
     }
+    const auto elementOf = [this](std::uint32_t next) { return &ElementAt(next); };
+    if (hashes.mKind == Kind::ROW)
+        mRows->mByPlace.Remove(hashes.mPlace, entry, elementOf);
+    WaysOf(hashes.mKind).mByNumber.Remove(hashes.mNumber, entry, elementOf);
+    LeaveName(hashes, entry);
+}
+
+void CElementIndex::LeaveName(const Hashes & hashes, std::uint32_t entry) noexcept
+{
+    if (!hashes.mIsNamed)
+        return;
+    WaysOf(hashes.mKind).mByName.Remove(hashes.mName, entry, [this](std::uint32_t next) {
+        return &ElementAt(next);
+    });
 }
 
 // Hashes of names with bytes above 127 are those of one locale.
-void CElementIndex::FollowFolding()
+void CElementIndex::RenewNames()
 {
     const std::uint32_t generation = CLocaleFolding::Instance().Generation();
-    if (!mHasHighBytes || mFoldingGeneration == generation)
+    if (mFoldingGeneration == generation)
         return;
-    // Names that had hashes of their own may share one now.
-    mByName.MakeLinks(mPositions.size());
+    CHashRings plain;
+    CHashRings rows;
+    for (std::uint32_t entry = 0; entry < mPositions.size(); ++entry) {
+        if (mPositions[entry] == mElements.end())
+            continue;
+        const Hashes hashes = HashesOf(ElementAt(entry));
+        CHashRings & rings = hashes.mKind == Kind::ROW ? rows : plain;
+        if (!hashes.mIsNamed)
+            continue;
+        rings.Prepare(hashes.mName, mPositions.size());
+        rings.Add(hashes.mName, entry, &ElementAt(entry));
+    }
+    mPlain.mByName = std::move(plain);
     if (mRows != nullptr)
-        mRows->mByName.MakeLinks(mPositions.size());
+        mRows->mByName = std::move(rows);
     mFoldingGeneration = generation;
-    Renumber();
 }
 
 // Needs no memory: there is room already for everything.
 void CElementIndex::Renumber() noexcept
 {
-    mByNumber.Clear();
-    mByName.Clear();
-    mNamedCount = 0;
+    const auto clear = [](Ways & ways) {
+        ways.mByNumber.Clear();
+        ways.mByName.Clear();
+    };
+    clear(mPlain);
     if (mRows != nullptr) {
-        mRows->mByNumber.Clear();
+        clear(*mRows);
         mRows->mByPlace.Clear();
-        mRows->mByName.Clear();
-        mRows->mNamedCount = 0;
     }
     mForeignCount = 0;
     mPositions.clear();

@@ -4,6 +4,7 @@
 #define CONFIGTOOLS_ELEMENTINDEX_H
 
 #include "hashrings.h"
+#include "namehash.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -45,7 +46,13 @@ public:
     static NameKey KeyOf(const std::string & name);
 
     /// The elements with this number, table rows included: the last and the first in the list, or null; and all.
-    CElement * LastWithId(std::uint32_t id) const;
+    CElement * LastWithId(std::uint32_t id) const
+    {
+        const CHashRings::Slot * const slot = mPlain.mByNumber.Find(HashOfNumber(id, mSecret));
+        if (mRows != nullptr || (slot != nullptr && mPlain.mByNumber.Last(slot->mFirst) != slot->mFirst))
+            return LastOfSeveral(id);
+        return slot != nullptr ? slot->mElement : nullptr;
+    }
     CElement * FirstWithId(std::uint32_t id) const;
     ElementList AllWithId(std::uint32_t id) const;
 
@@ -92,37 +99,49 @@ private:
         std::uint32_t mName = 0;    // of a row together with the indices
     };
 
-    /// The rows with indices.
-    struct Rows
+    /// The two ways to elements without indices, or to all rows with indices of one number, and to those of one name and
+    /// place.
+    struct Ways
     {
-        CHashRings mByNumber;   // all rows of a table
-        CHashRings mByPlace;    // by number and indices
-        CHashRings mByName;     // by name and indices
-        std::size_t mNamedCount = 0;
+        CHashRings mByNumber;
+        CHashRings mByName;
+    };
+
+    struct Rows : Ways
+    {
+        CHashRings mByPlace;   // by number and indices
     };
 
     static Kind KindOf(const CElement & element);
     static Hashes HashesOf(const CElement & element);
 
+    CElement * LastOfSeveral(std::uint32_t id) const;
     CElement & ElementAt(std::uint32_t entry) const { return **mPositions[entry]; }
     Position PositionOf(std::uint32_t entry) const;
     std::uint32_t EntryAt(Position position, const Hashes & hashes) const;
     template <typename MatchT>
     std::uint32_t FirstIn(const CHashRings & rings, std::uint32_t hash, MatchT matches) const;
     void PrepareEntry();
+    Ways & WaysOf(Kind kind) { return kind == Kind::ROW ? *mRows : mPlain; }
     void PrepareRings(const Hashes & hashes, std::size_t entryCount);
     void Enter(const Hashes & hashes, std::uint32_t entry, CElement * element) noexcept;
     void Leave(const Hashes & hashes, std::uint32_t entry) noexcept;
-    void FollowFolding();
+    void EnterName(const Hashes & hashes, std::uint32_t entry, CElement * element) noexcept;
+    void LeaveName(const Hashes & hashes, std::uint32_t entry) noexcept;
+    void FollowFolding()
+    {
+        if (mHasHighBytes)
+            RenewNames();
+    }
+    void RenewNames();
     void Renumber() noexcept;
 
     ElementList & mElements;
-    std::vector<Position> mPositions;   // by entry; of an entry that is gone, one of no list
-    CHashRings mByNumber;               // without rows with indices, as the next
-    CHashRings mByName;
+    const HashSecret & mSecret;
+    std::vector<Position> mPositions;   // by entry; the end of the list for one that is gone
+    Ways mPlain;
     std::unique_ptr<Rows> mRows;   // null before the first
     std::size_t mCount = 0;        // of entries, without those that are gone
-    std::size_t mNamedCount = 0;   // of entries in mByName
     std::size_t mForeignCount = 0;
     std::uint32_t mFoldingGeneration = 0;   // by which the names are hashed
     bool mHasHighBytes = false;             // in any name so far

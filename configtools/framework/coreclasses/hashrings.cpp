@@ -1,39 +1,30 @@
 #include "hashrings.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace VrexZynConfigTools {
 
-void CHashRings::Prepare(std::uint32_t hash, std::size_t entryCount, std::size_t ringCount)
+void CHashRings::Prepare(std::uint32_t hash, std::size_t entryCount)
 {
-    if (ringCount * 8 > std::size_t{ mSize } * 7)
-        Grow(RoomFor(ringCount * 8 / 7 + 1, mSize));
+    if (IsFull() || mSlots[mSlotCount - 2].mFirst != NONE)
+        Grow();
     if (!mLinks.empty() || Find(hash) != nullptr)
         MakeLinks(entryCount);
-}
-
-void CHashRings::MakeLinks(std::size_t entryCount)
-{
-    if (mLinks.size() >= entryCount)
-        return;
-    const bool areFirst = mLinks.empty();
-    if (mLinks.capacity() < entryCount)
-        mLinks.reserve(RoomFor(entryCount, mLinks.capacity()));
-    mLinks.resize(entryCount);
-    for (std::size_t at = 0; areFirst && at < mSize; ++at) {
-        const std::uint32_t entry = mSlots[at].mFirst;
-        if (entry != NONE)
-            mLinks[entry] = { entry, entry };
-    }
 }
 
 void CHashRings::Add(std::uint32_t hash, std::uint32_t entry, CElement * element) noexcept
 {
     if (!mLinks.empty())
         mLinks[entry] = { entry, entry };
-    if (Slot * const slot = FindSlot(hash))
+    Slot * const slot = Place(hash);
+    if (slot->mHash == hash && slot->mFirst != NONE)
         return AddToRing(*slot, entry, element);
-    Insert({ hash, entry, element });
+    Slot * end = slot;
+    while (end->mFirst != NONE)
+        ++end;
+    std::move_backward(slot, end, end + 1);
+    *slot = { hash, entry, element };
     ++mRingCount;
 }
 
@@ -56,7 +47,7 @@ void CHashRings::AddToRing(Slot & slot, std::uint32_t entry, CElement * element)
 // Null if the ring is gone with its last entry.
 CHashRings::Slot * CHashRings::RemoveFromRing(std::uint32_t hash, std::uint32_t entry) noexcept
 {
-    Slot & slot = *FindSlot(hash);
+    Slot & slot = *Place(hash);
     const std::uint32_t next = Next(entry, entry);
     if (next == NONE) {
         Erase(slot);
@@ -72,53 +63,78 @@ CHashRings::Slot * CHashRings::RemoveFromRing(std::uint32_t hash, std::uint32_t 
 
 void CHashRings::Replace(std::uint32_t hash, std::uint32_t entry, CElement * successor) noexcept
 {
-    Slot & slot = *FindSlot(hash);
+    Slot & slot = *Place(hash);
     if (slot.mFirst == entry)
         slot.mElement = successor;
 }
 
 void CHashRings::Clear() noexcept
 {
-    for (std::size_t at = 0; at < mSize; ++at)
-        mSlots[at] = Slot{};
+    std::fill_n(mSlots.get(), mSlotCount, Slot{});
     mRingCount = 0;
 }
 
-void CHashRings::Grow(std::size_t size)
+void CHashRings::MakeLinks(std::size_t entryCount)
 {
-    auto former = std::make_unique<Slot[]>(size);
-    former.swap(mSlots);
-    const std::size_t formerSize = std::exchange(mSize, static_cast<std::uint32_t>(size));
-    for (std::size_t at = 0; at < formerSize; ++at) {
-        if (former[at].mFirst != NONE)
-            Insert(former[at]);
+    if (mLinks.size() >= entryCount)
+        return;
+    const bool areFirst = mLinks.empty();
+    if (mLinks.capacity() < entryCount)
+        mLinks.reserve(RoomFor(entryCount, mLinks.capacity()));
+    mLinks.resize(entryCount);
+    for (std::size_t at = 0; areFirst && at < mSlotCount; ++at) {
+        const std::uint32_t entry = mSlots[at].mFirst;
+        if (entry != NONE)
+            mLinks[entry] = { entry, entry };
     }
 }
 
-// A slot further from its home than the one it meets takes that one's place, which moves on.
-void CHashRings::Insert(Slot slot) noexcept
+// Behind the last home there are slots for those that find theirs taken: few, and more only if they are used up.
+void CHashRings::Grow()
 {
-    std::size_t at = Home(slot.mHash);
-    for (std::size_t distance = 0; mSlots[at].mFirst != NONE; ++distance) {
-        const std::size_t met = Distance(at);
-        if (met < distance) {
-            std::swap(slot, mSlots[at]);
-            distance = met;
-        }
-        at = Behind(at);
+    constexpr std::size_t MOST = 32;
+    std::size_t homeCount = mHomeCount;
+    std::size_t more = mSlotCount - mHomeCount;
+    if (IsFull()) {
+        homeCount = RoomFor(std::size_t{ mRingCount } + 2, homeCount);
+        more = std::min(homeCount / 16, MOST);
     }
-    mSlots[at] = slot;
+    CHashRings larger;
+    do {
+        more += more / 2 + 3;
+        larger.mHomeCount = static_cast<std::uint32_t>(homeCount);
+        larger.mSlotCount = static_cast<std::uint32_t>(homeCount + more);
+        larger.mSlots = std::make_unique<Slot[]>(larger.mSlotCount);
+    } while (!larger.TakeSlots(*this));
+    mSlots = std::move(larger.mSlots);
+    mHomeCount = larger.mHomeCount;
+    mSlotCount = larger.mSlotCount;
+}
+
+// In the order of the hashes each goes to its home or behind the one before it. False if that leaves no room to add one.
+bool CHashRings::TakeSlots(const CHashRings & former) noexcept
+{
+    std::size_t next = 0;
+    for (std::size_t at = 0; at < former.mSlotCount; ++at) {
+        const Slot & slot = former.mSlots[at];
+        if (slot.mFirst == NONE)
+            continue;
+        next = std::max(next, Home(slot.mHash));
+        if (next + 2 >= mSlotCount)
+            return false;
+        mSlots[next++] = slot;
+    }
+    return true;
 }
 
 // Those behind move up, as far as they aren't at home.
 void CHashRings::Erase(Slot & slot) noexcept
 {
-    std::size_t hole = static_cast<std::size_t>(&slot - mSlots.get());
-    for (std::size_t at = Behind(hole); mSlots[at].mFirst != NONE && Distance(at) != 0; at = Behind(at)) {
-        mSlots[hole] = mSlots[at];
-        hole = at;
-    }
-    mSlots[hole] = Slot{};
+    Slot * end = &slot + 1;
+    while (end->mFirst != NONE && &mSlots[Home(end->mHash)] != end)
+        ++end;
+    std::move(&slot + 1, end, &slot);
+    *(end - 1) = Slot{};
     --mRingCount;
 }
 

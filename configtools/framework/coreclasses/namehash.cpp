@@ -14,7 +14,9 @@ using Word = std::uint64_t;   // eight characters
 
 constexpr Word EACH_BYTE = 0x0101010101010101U;
 constexpr Word TOP_BITS = 0x80U * EACH_BYTE;
+#ifndef __SIZEOF_INT128__
 constexpr Word LOW_HALF = 0xFFFFFFFFU;
+#endif
 
 Word WordAt(const char * characters)
 {
@@ -48,15 +50,21 @@ constexpr Word FoldAscii(Word word)
 static_assert(FoldAscii(0x4142C3844B4C4D5AU) == FoldAscii(0x6162C3846B6C6D7AU));
 static_assert(FoldAscii(0xC3C4000000000000U) != FoldAscii(0xC3E4000000000000U));
 
-// All bits of both take part in all bits of the result. The products of halves are those of the whole product, joined
-// without carries; which of them a difference in `left` reaches depends on `right`, so a file can't be made to cancel.
+// All bits of both take part in all bits of the result, which is the whole product with its halves joined. Which of them
+// a difference in `left` reaches depends on `right`, so a file can't be made in which differences cancel out.
 constexpr Word Mix(Word left, Word right)
 {
+#ifdef __SIZEOF_INT128__
+    __extension__ using Product = unsigned __int128;
+    const Product product = static_cast<Product>(left) * right;
+    return static_cast<Word>(product) ^ static_cast<Word>(product >> 64U);
+#else
     const Word high = (left >> 32U) * (right >> 32U);
     const Word low = (left & LOW_HALF) * (right & LOW_HALF);
     const Word crossed = (left >> 32U) * (right & LOW_HALF);
     const Word crossedToo = (left & LOW_HALF) * (right >> 32U);
     return high ^ std::rotl(crossed, 32) ^ low ^ std::rotl(crossedToo, 32);
+#endif
 }
 
 constexpr std::uint32_t Halved(Word state)
@@ -109,8 +117,10 @@ std::uint64_t CCaseFolding::Fold(std::uint64_t word) const
 
 const HashSecret & ProcessSecret()
 {
+    // Numbers are spread evenly by a factor near that of the golden section.
+    constexpr std::uint32_t GOLDEN = 0x9E3779B1U;
     static const HashSecret secret = { RandomWord(), RandomWord() | 1U,
-        static_cast<std::uint32_t>(RandomWord()) };
+        GOLDEN ^ static_cast<std::uint32_t>(RandomWord() & 0x1FFFEU) };
     return secret;
 }
 

@@ -43,7 +43,7 @@ struct HashSecret
 {
     std::uint64_t mStart;
     std::uint64_t mFactor;
-    std::uint32_t mNumberMask;
+    std::uint32_t mNumberFactor;   // odd
 };
 
 /// The secret of this process.
@@ -59,10 +59,10 @@ struct NameScan
 /// Hashes a name without its case.
 NameScan ScanName(std::string_view name, const CCaseFolding & folding, const HashSecret & secret);
 
-/// Different numbers have different hashes.
+/// Different numbers have different hashes, and runs of numbers, which are the usual case, have evenly spread ones.
 inline std::uint32_t HashOfNumber(std::uint32_t number, const HashSecret & secret)
 {
-    return (number ^ secret.mNumberMask) * 0x9E3779B1U;
+    return number * secret.mNumberFactor;
 }
 
 /// Adds one index of a row to the hash of its number or name.

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 #include <utility>
 
 namespace VrexZynConfigTools {
@@ -276,7 +277,8 @@ bool CSubsystemConfig::GetNameAndIndices(
     while (dot != std::string::npos) {
         const std::size_t begin = dot + 1;
         dot = key.find('.', begin);
-        const std::string piece = key.substr(begin, dot == std::string::npos ? dot : dot - begin);
+        const std::string_view piece =
+            std::string_view(key).substr(begin, dot == std::string::npos ? dot : dot - begin);
         indices.push_back(static_cast<std::uint32_t>(stringutil::DecimalToInt(piece)));
     }
     return result = !indices.empty();
@@ -286,8 +288,9 @@ CSubsystemConfig::Query CSubsystemConfig::ParseKey(
     const std::string & key, const std::vector<std::uint32_t> * indices)
 {
     Query query;
-    query.mName = key;
     query.mIsIndexed = GetNameAndIndices(key, query.mName, query.mIndices);
+    if (!query.mIsIndexed)
+        query.mName = key;
     if (indices != nullptr) {
         query.mIndices = *indices;
         query.mIsIndexed = true;
@@ -298,7 +301,7 @@ CSubsystemConfig::Query CSubsystemConfig::ParseKey(
     // A text such as "12abc" is no number but leaves 12, and its name isn't lowered then, intended: it is found only
     // if it is written in lower case.
     if (number == 0)
-        query.mName = stringutil::ToLower(query.mName);
+        query.mName = stringutil::ToLower(std::move(query.mName));
     return query;
 }
 
