@@ -60,6 +60,7 @@ void Measure(benchmark::State & state, std::size_t count, SubjectT subject)
 }
 
 void RegisterCodec();
+void RegisterIndex();
 void RegisterInserts();
 void RegisterLookups();
 void RegisterReads();

@@ -22,6 +22,7 @@ int main(int argc, char ** argv)
     KeepMemory();
     bench::RegisterLookups();
     bench::RegisterInserts();
+    bench::RegisterIndex();
     bench::RegisterWrites();
     bench::RegisterReads();
     bench::RegisterCodec();

@@ -49,6 +49,21 @@ void AddChipRows(std::vector<RowText> & texts, const std::string & key)
     }
 }
 
+void AddIndexRows(std::vector<RowText> & texts)
+{
+    const std::vector<RowText> rows = {
+        { "rows/find", "a table row by `NAME.i.j`, against a plain key by name", NO_GOAL, LOOKUP_GROWTH },
+        { "rows/new", "a row, \"new\", refused, against a plain key", NO_GOAL, LOOKUP_GROWTH },
+        { "rows/overwrite", "a row, \"overwrite\", replaced, against a plain key", NO_GOAL, LOOKUP_GROWTH },
+        { "rows/remove", "`RemoveElement(id, indices)`, against a plain key", NO_GOAL, LOOKUP_GROWTH },
+        { "script/cyrillic", "`CSubsystemConfig::Element(name)` in Cyrillic, against ASCII", 2.0, LOOKUP_GROWTH },
+        { "script/chinese", "the same in Chinese", 2.0, LOOKUP_GROWTH },
+        { "heap/keys", "memory of a plain key, against the same without index (bytes for ns)", 1.3, NO_GOAL },
+        { "heap/rows", "memory of a table row (bytes for ns)", 1.3, NO_GOAL },
+    };
+    texts.insert(texts.end(), rows.begin(), rows.end());
+}
+
 std::vector<RowText> RowTexts()
 {
     std::vector<RowText> texts = {
@@ -64,6 +79,7 @@ std::vector<RowText> RowTexts()
         { "same/new/refused", "the same, against maps that refuse", NO_GOAL, NO_GOAL },
         { "same/overwrite/replaced", "the same, against maps that replace", NO_GOAL, NO_GOAL },
     };
+    AddIndexRows(texts);
     AddChipRows(texts, "id");
     AddChipRows(texts, "name");
     texts.push_back({ "write/full", "full write, each key", NO_GOAL, 0.1 });
@@ -156,9 +172,9 @@ void TableReporter::PrintCodecTable(std::ostream & stream) const
 void TableReporter::PrintTable(std::ostream & stream) const
 {
     stream << "| | goal |";
-    for (const std::size_t count : KEY_COUNTS)
+    for (const std::size_t count : COLUMN_COUNTS)
         stream << " " << count << " keys |";
-    stream << " growth | goal |\n|---|---|---|---|---|---|---|---|\n";
+    stream << " growth | goal |\n|---|---|---|---|---|---|---|---|---|\n";
     for (const RowText & text : RowTexts()) {
         const auto found = mRows.find(text.mRow);
         if (found == mRows.end())
@@ -166,7 +182,7 @@ void TableReporter::PrintTable(std::ostream & stream) const
         const Row & row = found->second;
         stream << "| " << text.mText << " | " << (text.mRatioGoal != NO_GOAL ? Number(text.mRatioGoal, 1) : "")
                << " |";
-        for (const std::size_t count : KEY_COUNTS) {
+        for (const std::size_t count : COLUMN_COUNTS) {
             const auto cell = row.find(count);
             if (cell == row.end()) {
                 stream << " |";

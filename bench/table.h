@@ -15,6 +15,7 @@
 namespace bench {
 
 inline constexpr std::array<std::size_t, 4> KEY_COUNTS = { 100, 1'000, 10'000, 100'000 };
+inline constexpr std::array<std::size_t, 5> COLUMN_COUNTS = { 100, 1'000, 10'000, 100'000, 1'000'000 };
 inline constexpr std::array LAYER_COUNTS = { 1, 3, 6, 15 };
 
 /// Registers a benchmark for one cell of the table.
