@@ -3,7 +3,7 @@
 #ifndef KIT_LAYOUT_BITCHECK_H
 #define KIT_LAYOUT_BITCHECK_H
 
-#include "fields.h"
+#include "field.h"
 
 #include <vector>
 

@@ -1,5 +1,6 @@
 #include "fitting.h"
 
+#include "fields.h"
 #include "scalars.h"
 
 #include <configtools/metadata.h>

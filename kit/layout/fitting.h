@@ -3,9 +3,12 @@
 #ifndef KIT_LAYOUT_FITTING_H
 #define KIT_LAYOUT_FITTING_H
 
-#include "packing.h"
+#include "change.h"
 
 #include <configtools/payloads.h>
+
+#include <memory>
+#include <vector>
 
 namespace kit::layout {
 

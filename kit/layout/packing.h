@@ -3,6 +3,7 @@
 #ifndef KIT_LAYOUT_PACKING_H
 #define KIT_LAYOUT_PACKING_H
 
+#include "change.h"
 #include "fields.h"
 
 #include <memory>
@@ -12,24 +13,9 @@
 namespace VrexZynConfigTools {
 class CComplexPayload;
 class CMetadataDetailStruct;
-class IPayload;
 }   // namespace VrexZynConfigTools
 
 namespace kit::layout {
-
-/// A value that doesn't come back as it was.
-struct Change
-{
-    std::string mField;   // "Bands[1].Gain"
-    std::string mPath;    // "Bands[].Gain", as in `Field`
-    std::string mValue;   // as text, of an array all items
-    std::string mBack;
-    Loss mLoss;            // `TOO_WIDE` for a number with more bits than there are for it
-    std::uint32_t mBits;   // of the field, or of an item
-
-    /// "the value 5 comes back as 0, as a field of exactly 64 bits is unpacked as 0".
-    std::string Text() const;
-};
 
 /// The words of a struct, each with its low octet first, or its octets if it says so.
 struct Packed
@@ -57,9 +43,6 @@ std::unique_ptr<VrexZynConfigTools::CComplexPayload> UnpackStruct(
 
 /// Values that show what is lost: one for each field that doesn't come back, as far as simple values show it.
 std::vector<Change> ExamplesOf(const CFields & fields, VrexZynConfigTools::CMetadataDetailStruct & layout);
-
-/// "-3", "RED", "[1, 2]"; a text printable and without quotes.
-std::string ValueText(VrexZynConfigTools::IPayload & payload);
 
 }   // namespace kit::layout
 
