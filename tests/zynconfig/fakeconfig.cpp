@@ -11,6 +11,7 @@
 ///     size DEVICE STORE SIZE FREE     reports a store with its sizes, as a store manager
 ///     stores DEVICE COUNT             reports stores 1 to COUNT of the device, as a store manager
 ///     error GROUP TEXT                leaves an error
+///     finding FILE LINE COLUMN TEXT   leaves an error with a record of its place
 ///     status TEXT                     a warning
 ///     throw                           what a plug-in must not do
 ///     dirty TAG VALUE                 leaves a tag in the caller's context
@@ -174,6 +175,12 @@ private:
         } else if (order == "error") {
             words >> first >> second;
             ReportError(static_cast<std::uint32_t>(std::stoul(first)), Decoded(second));
+        } else if (order == "finding") {
+            ErrorRecord record;
+            words >> record.mFile >> record.mLine >> record.mColumn >> record.mText;
+            record.mText = Decoded(record.mText);
+            CTheMsgHnd::GetAppropriateHandler(GROUP_FRAMEWORK, "fakeconfig", true)
+                .SetErrorMsg(0, record.mFile + ": " + record.mText, { record });
         } else if (order == "status") {
             words >> first;
             CTheMsgHnd::GetAppropriateHandler(GROUP_FRAMEWORK, "fakeconfig", true)
