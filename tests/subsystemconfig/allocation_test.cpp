@@ -231,16 +231,5 @@ TEST_F(ChipAllocations, a_lookup_through_all_layers_makes_none)
     EXPECT_EQ(AllocationsOfLookups(context, true), 0U);
 }
 
-TEST_F(ChipAllocations, a_lookup_makes_none_in_a_context_of_the_base_class)
-{
-    CBaseContext context("base");
-    context.Parse("subsystemtype=1;layernumber=15");
-
-    // This class computes no keys of subsystems, so that it finds nothing.
-    const auto lookUp = [&] { ASSERT_FALSE(mChip.Element(1, context).IsValid()); };
-    lookUp();
-    EXPECT_EQ(AllocationsOf(lookUp), 0U);
-}
-
 }   // namespace
 }   // namespace VrexZynConfigTools
