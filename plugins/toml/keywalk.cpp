@@ -5,7 +5,6 @@
 #include <configtools/keywords.h>
 #include <configtools/structlayout.h>
 #include <kit/layout/structtree.h>
-#include <kit/layout/structtree.h>
 #include <kit/reporting/channel.h>
 #include <kit/text/words.h>
 
