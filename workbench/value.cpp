@@ -5,13 +5,13 @@
 #include <configtools/elements.h>
 #include <configtools/keywords.h>
 #include <configtools/metadata.h>
+#include <configtools/numbertypes.h>
 #include <configtools/payloads.h>
 #include <kit/layout/structtree.h>
 #include <kit/text/hex.h>
 #include <kit/text/utf8.h>
 
 #include <algorithm>
-#include <array>
 #include <type_traits>
 
 namespace workbench {
@@ -29,15 +29,18 @@ constexpr char TYPE_RAW[] = "raw";
 
 Value ValueOf(IPayload & payload);
 
-template <typename NumberT>
-bool TakeNumber(IPayload & payload, const char * type, Value & value)
+bool TakeNumber(IPayload & payload, const NumberType & type, Value & value)
 {
-    auto * const number = dynamic_cast<CPayload<NumberT> *>(&payload);
-    if (number == nullptr)
-        return false;
-    using WideT = std::conditional_t<std::is_signed_v<NumberT>, std::int64_t, std::uint64_t>;
-    value = { type, static_cast<WideT>(number->GetValue()) };
-    return true;
+    bool isTaken = false;
+    VisitNumberType(type.mType, [&](auto numberClass) {
+        using NumberT = typename decltype(numberClass)::Value;
+        using WideT = std::conditional_t<std::is_signed_v<NumberT>, std::int64_t, std::uint64_t>;
+        auto * const number = dynamic_cast<CPayload<NumberT> *>(&payload);
+        isTaken = number != nullptr;
+        if (isTaken)
+            value = { type.mKeyword, static_cast<WideT>(number->GetValue()) };
+    });
+    return isTaken;
 }
 
 bool TakeEnumerator(IPayload & payload, const char * type, Value & value)
@@ -78,34 +81,28 @@ bool TakeFields(IPayload & payload, const char * type, Value & value)
     return complex != nullptr;
 }
 
-struct PayloadReader
+bool Take(IPayload & payload, Value & value)
 {
-    bool (*mTake)(IPayload & payload, const char * type, Value & value);
-    const char * mType;
-};
-
-constexpr std::array<PayloadReader, PAYLOAD_RAW + 1> PAYLOAD_READERS = { {
-    // indexed by PayloadTypeEnum
-    { &TakeNumber<std::int8_t>, keywords::TYPE_INT8 },
-    { &TakeNumber<std::int16_t>, keywords::TYPE_INT16 },
-    { &TakeNumber<std::int32_t>, keywords::TYPE_INT32 },
-    { &TakeNumber<std::int64_t>, keywords::TYPE_INT64 },
-    { &TakeNumber<std::uint8_t>, keywords::TYPE_UINT8 },
-    { &TakeNumber<std::uint16_t>, keywords::TYPE_UINT16 },
-    { &TakeNumber<std::uint32_t>, keywords::TYPE_UINT32 },
-    { &TakeNumber<std::uint64_t>, keywords::TYPE_UINT64 },
-    { &TakeString, keywords::TYPE_STRING },
-    { &TakeFields, TYPE_STRUCT },
-    { &TakeEnumerator, TYPE_ENUM },
-    { &TakeFields, TYPE_RAW },
-} };
+    if (const NumberType * const type = FindNumberType(payload.Type()))
+        return TakeNumber(payload, *type, value);
+    switch (payload.Type()) {
+    case PAYLOAD_STRING:
+        return TakeString(payload, keywords::TYPE_STRING, value);
+    case PAYLOAD_COMPLEX:
+        return TakeFields(payload, TYPE_STRUCT, value);
+    case PAYLOAD_ENUM:
+        return TakeEnumerator(payload, TYPE_ENUM, value);
+    case PAYLOAD_RAW:
+        return TakeFields(payload, TYPE_RAW, value);
+    default:
+        return false;
+    }
+}
 
 Value ValueOf(IPayload & payload)
 {
     Value value;
-    const auto type = static_cast<std::size_t>(payload.Type());
-    if (type < PAYLOAD_READERS.size() &&
-        PAYLOAD_READERS[type].mTake(payload, PAYLOAD_READERS[type].mType, value))
+    if (Take(payload, value))
         return value;
     return { "", Value::Text{ payload.ToString() } };   // a class of a plug-in, known by its text only
 }
