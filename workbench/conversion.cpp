@@ -5,6 +5,7 @@
 
 #include <configtools/keywords.h>
 #include <configtools/stores.h>
+#include <kit/reading/storetags.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -17,37 +18,24 @@ using namespace VrexZynConfigTools;
 
 namespace {
 
-// A tag between the workbench and reader plug-ins: "DEVICE.STORE:LAYER,...", all in decimal. A filtered read needs the
-// layer of each store, which is known only after a read without the filter.
-constexpr char TAG_STORE_LAYERS[] = "storelayers";
-
-std::string StoreLayers(const CChipConfig & chip)
+// A filtered read needs the layer of each store, which is known only after a read without the filter.
+kit::reading::StoreLayers LayersOf(const CChipConfig & chip)
 {
-    std::string text;
+    kit::reading::StoreLayers layers;
     int layer = 0;
-    for (const CStoreInfo * const store : chip.Stores()) {
-        text += text.empty() ? "" : ",";
-        text += std::to_string(store->DeviceId()).append(".").append(std::to_string(store->StoreId()));
-        text += ':' + std::to_string(++layer);
-    }
-    return text;
+    for (const CStoreInfo * const store : chip.Stores())
+        layers[{ store->DeviceId(), store->StoreId() }] = ++layer;
+    return layers;
 }
 
-// A tag between the workbench and writer plug-ins: "DEVICE.STORE:SIZE,...", all in decimal. A store retains the size
-// that a file has for it.
-constexpr char TAG_STORE_SIZES[] = "storesizes";
-
-std::string StoreSizes(const CChipConfig & chip)
+// A store retains the size that a file has for it.
+kit::reading::StoreSizes SizesOf(const CChipConfig & chip)
 {
-    std::string text;
-    for (const CStoreInfo * const store : chip.Stores()) {
-        if (store->StoreSize() == UNKNOWN_SIZE)
-            continue;
-        text += text.empty() ? "" : ",";
-        text += std::to_string(store->DeviceId()).append(".").append(std::to_string(store->StoreId()));
-        text += ':' + std::to_string(store->StoreSize());
-    }
-    return text;
+    kit::reading::StoreSizes sizes;
+    for (const CStoreInfo * const store : chip.Stores())
+        if (store->StoreSize() != UNKNOWN_SIZE)
+            sizes[{ store->DeviceId(), store->StoreId() }] = store->StoreSize();
+    return sizes;
 }
 
 // A pipe gives its content once, and asking again may wait for ever.
@@ -70,7 +58,7 @@ bool ReadFiltered(CSession & session, int filter)
     }
     CZynContext context = session.ReadContext();
     context.SetTag(keywords::TAG_LAYER_FILTER, filter);
-    context.SetTag(TAG_STORE_LAYERS, StoreLayers(session.Chip()));
+    context.SetTag(kit::reading::TAG_STORE_LAYERS, kit::reading::ComposeStoreLayers(LayersOf(session.Chip())));
 
     const auto deliveries = session.Watch().Deliveries();
     if (!session.ReadAgain(context))
@@ -85,7 +73,7 @@ bool ReadFiltered(CSession & session, int filter)
 CZynContext WriteContext(const CSession & session, std::optional<int> filter)
 {
     CZynContext context;
-    context.SetTag(TAG_STORE_SIZES, StoreSizes(session.Chip()));
+    context.SetTag(kit::reading::TAG_STORE_SIZES, kit::reading::ComposeStoreSizes(SizesOf(session.Chip())));
     context.Parse(session.Tags());
     context.SetChip(session.Watch().Chip());
     if (filter)

@@ -1,8 +1,7 @@
 #include "key.h"
 
 #include <configtools/keywords.h>
-#include <configtools/metadataprovider.h>
-#include <configtools/stores.h>
+#include <kit/reading/devices.h>
 #include <kit/text/utf8.h>
 
 #include <cstdlib>
@@ -13,8 +12,6 @@ using namespace VrexZynConfigTools;
 using kit::text::Printable;
 
 namespace {
-
-constexpr auto NO_DEVICE = static_cast<IStoreManager::DEVICE>(-2);   // a number that no device has
 
 int NumberTag(IConfigContext & context, const char * tag)
 {
@@ -74,8 +71,7 @@ std::string DeviceName(int device)
 {
     if (device == NO_NUMBER)
         return "no device";
-    const std::string name = IStoreManager::GetDeviceName(static_cast<IStoreManager::DEVICE>(device));
-    return name == IStoreManager::GetDeviceName(NO_DEVICE) ? "device " + std::to_string(device) : name;
+    return kit::reading::DeviceName(device);
 }
 
 std::string NameOf(const Store & store)
@@ -88,8 +84,7 @@ std::string SubsystemName(int subsystem)
 {
     if (subsystem == NO_NUMBER)
         return "no type";
-    const std::string name = CSubsystemInfo::GetSubsystemType(static_cast<SubSystemTypeEnum>(subsystem));
-    return name.empty() ? "type " + std::to_string(subsystem) : name;
+    return kit::reading::SubsystemName(subsystem);
 }
 
 std::string LookupText(const Key & key)
