@@ -2,6 +2,7 @@
 
 #include <kit/nearestname/nearestname.h>
 #include <kit/text/utf8.h>
+#include <kit/text/words.h>
 
 #include <cstddef>
 
@@ -22,13 +23,10 @@ std::string Advice(const std::string & word, const std::vector<std::string> & kn
         return "; did you mean " + Quoted(nearest) + '?';
     if (known.empty() || known.size() > LONGEST_LIST)
         return "";
-    std::string list;
-    for (std::size_t position = 0; position < known.size(); ++position) {
-        if (position != 0)
-            list += position + 1 < known.size() ? ", " : " or ";
-        list += Quoted(known[position]);
-    }
-    return "; expected " + list;
+    std::vector<std::string> quoted;
+    for (const std::string & each : known)
+        quoted.push_back(Quoted(each));
+    return "; expected " + kit::text::Alternatives(quoted);
 }
 
 }   // namespace workbench::compiler

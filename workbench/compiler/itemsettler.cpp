@@ -124,7 +124,7 @@ void CItemSettler::SettleLength(Item & item, const std::string & what)
     }
     const NumberRange & length = item.mLength.mValue;
     if (CheckOrder(item.mLength, "length") &&
-        (!TEXT_LENGTHS.Holds(length.mMin) || !TEXT_LENGTHS.Holds(length.mMax)))
+        (!TEXT_LENGTHS.Contains(length.mMin) || !TEXT_LENGTHS.Contains(length.mMax)))
         mFindings.Error(
             item.mLength.mPlace, "\"length\": " + length.Text() + " bytes; expected " + TEXT_LENGTHS.Text());
 }
@@ -157,7 +157,7 @@ void CItemSettler::SettleNumber(Item & item, std::int64_t width)
     }
     const NumberRange widest = WidestRange(item, width);
     const NumberRange & range = item.mRange.mValue;
-    if (CheckOrder(item.mRange, "range") && (!widest.Holds(range.mMin) || !widest.Holds(range.mMax)))
+    if (CheckOrder(item.mRange, "range") && (!widest.Contains(range.mMin) || !widest.Contains(range.mMax)))
         mFindings.Error(item.mRange.mPlace,
             "\"range\": " + range.Text() + " doesn't fit " + TypeText(item, width) + ": " + widest.Text());
 }
@@ -167,7 +167,7 @@ void CItemSettler::CheckEnumeratorsFit(const Item & item, std::int64_t width)
     const bool isSigned = item.mFormat.mValue == keywords::FORMAT_SIGNED_DECIMAL;
     const NumberRange range = isSigned ? SignedRange(width) : NumberRange{ 0, LargestUnsigned(width) };
     for (const Enumerator & each : item.mValues.mValue)
-        if (!range.Holds(each.mNumber))
+        if (!range.Contains(each.mNumber))
             mFindings.Error(item.mValues.mIsGiven ? each.mNumberPlace : item.mEnumName.mPlace,
                 "the enumerator " + Quoted(each.mName) + ", " + std::to_string(each.mNumber) +
                     ", doesn't fit " + std::to_string(width) + " bits: " + range.Text());

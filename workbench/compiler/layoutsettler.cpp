@@ -115,7 +115,8 @@ void CLayoutSettler::SettleWidth(Field & field)
 {
     if (field.IsArray()) {
         const NumberRange & count = field.mArray.mValue;
-        if (!(count.mMin == count.mMax) || !NumberRange{ 1, CNumber::Unsigned(MAX_ITEMS) }.Holds(count.mMin)) {
+        if (!(count.mMin == count.mMax) || !NumberRange{ 1, CNumber::Unsigned(MAX_ITEMS) }.Contains(count.mMin))
+        {
             mFindings.Error(
                 field.mArray.mPlace, "\"array\": the array of a field has a fixed number of items, 1 to " +
                                          std::to_string(MAX_ITEMS));

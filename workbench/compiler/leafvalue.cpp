@@ -2,6 +2,8 @@
 
 #include "advice.h"
 
+#include <kit/text/hex.h>
+#include <kit/text/number.h>
 #include <kit/text/utf8.h>
 
 #include <algorithm>
@@ -34,14 +36,14 @@ std::optional<CNumber> CLeafReader::NumberOf(
     if (const auto * content = std::get_if<CNumber>(&value.mContent))
         number = *content;
     else if (const auto * text = std::get_if<std::string>(&value.mContent))
-        if (const auto bits = UnsignedOfText(*text))   // above TOML's own whole numbers
+        if (const auto bits = kit::text::ParseWithPrefix(*text))   // above TOML's own whole numbers
             number = CNumber::Unsigned(*bits);
     if (!number)
         Mismatch(value, name, "a whole number");
-    else if (!range.Holds(*number))
+    else if (!range.Contains(*number))
         mFindings.Error(
             value.mPlace, Quoted(name) + ": " + number->Text() + " is out of range; expected " + range.Text());
-    return number && range.Holds(*number) ? number : std::nullopt;
+    return number && range.Contains(*number) ? number : std::nullopt;
 }
 
 const Enumerator * CLeafReader::EnumeratorOf(
@@ -74,7 +76,7 @@ std::optional<LeafValue> CLeafReader::TextOf(const Item & item, const Value & va
     if (!bytes)
         return std::nullopt;
     const CNumber length = CNumber::Unsigned(bytes->size());
-    if (!item.mLength.mValue.Holds(length)) {
+    if (!item.mLength.mValue.Contains(length)) {
         mFindings.Error(value.mPlace, Quoted(item.mName.mValue) + ": a length of " + length.Text() +
                                           " bytes is out of range; expected " + item.mLength.mValue.Text());
         return std::nullopt;
@@ -90,7 +92,7 @@ std::optional<std::string> CLeafReader::BytesOf(const Item & item, const Value &
             item.KindOf() == Kind::Octets ? "bytes as a text of hexadecimal pairs" : "a text");
     if (text == nullptr || item.KindOf() == Kind::Text)
         return text != nullptr ? std::optional(*text) : std::nullopt;
-    auto bytes = BytesOfHex(*text);
+    auto bytes = kit::text::BytesOfHex(*text);
     if (!bytes)
         mFindings.Error(
             value.mPlace, Quoted(item.mName.mValue) + ": " + Quoted(*text) + " is no row of hexadecimal pairs");
@@ -99,7 +101,7 @@ std::optional<std::string> CLeafReader::BytesOf(const Item & item, const Value &
 
 void CLeafReader::CheckCount(const Value & value, std::size_t count, const NumberRange & range)
 {
-    if (!range.Holds(CNumber::Unsigned(count)))
+    if (!range.Contains(CNumber::Unsigned(count)))
         mFindings.Error(value.mPlace, "\"default\": " + std::to_string(count) + " items; expected " +
                                           (range.mMin == range.mMax ? range.mMin.Text() : range.Text()));
 }

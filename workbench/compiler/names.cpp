@@ -2,6 +2,7 @@
 
 #include "advice.h"
 
+#include <kit/text/ascii.h>
 #include <kit/text/utf8.h>
 
 #include <algorithm>
@@ -74,7 +75,7 @@ void CheckSubsystems(const Source & source, CSourceFindings & findings)
         const auto & words = SubsystemWords();
         if (!alias.mIsGiven)
             continue;
-        if (std::find(words.begin(), words.end(), Lowered(alias.mValue)) != words.end())
+        if (std::find(words.begin(), words.end(), kit::text::Lowered(alias.mValue)) != words.end())
             findings.Error(alias.mPlace,
                 "the alias " + Quoted(alias.mValue) + " is the name of a subsystem, and so never looked at");
         else
@@ -104,7 +105,7 @@ void CheckShared(const Source & source, CSourceFindings & findings)
 
 void CTaken::Add(const std::string & word, const std::string & subject, const Place & place)
 {
-    const auto [first, isNew] = mPlaces.emplace(Lowered(word), place);
+    const auto [first, isNew] = mPlaces.emplace(kit::text::Lowered(word), place);
     if (isNew)
         return;
     // Files come in the order of the command line, but the parts of one file not always in that of its lines.

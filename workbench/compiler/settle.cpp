@@ -48,7 +48,7 @@ private:
     void CheckArray(const Key & key)
     {
         const NumberRange & count = key.mArray.mValue;
-        if (!KEY_ITEMS.Holds(count.mMin) || !KEY_ITEMS.Holds(count.mMax))
+        if (!KEY_ITEMS.Contains(count.mMin) || !KEY_ITEMS.Contains(count.mMax))
             mFindings.Error(
                 key.mArray.mPlace, "\"array\": " + count.Text() + " items; expected " + KEY_ITEMS.Text());
     }
@@ -75,12 +75,13 @@ private:
         }
         CheckEnumerators(index.mValues.mValue, mFindings);
         for (const Enumerator & each : index.mValues.mValue)
-            if (!INDEX_VALUES.Holds(each.mNumber))
+            if (!INDEX_VALUES.Contains(each.mNumber))
                 mFindings.Error(each.mNumberPlace, Quoted(each.mName) + ": " + std::to_string(each.mNumber) +
                                                        " is out of range; expected " + INDEX_VALUES.Text());
         if (!index.mRange.mIsGiven || !mItems.CheckOrder(index.mRange, "range"))
             return;
-        if (!INDEX_VALUES.Holds(index.mRange.mValue.mMin) || !INDEX_VALUES.Holds(index.mRange.mValue.mMax))
+        if (!INDEX_VALUES.Contains(index.mRange.mValue.mMin) ||
+            !INDEX_VALUES.Contains(index.mRange.mValue.mMax))
             mFindings.Error(index.mRange.mPlace, "\"range\": " + index.mRange.mValue.Text() +
                                                      " doesn't fit an index; expected " + INDEX_VALUES.Text());
     }

@@ -5,8 +5,9 @@
 #define WORKBENCH_COMPILER_SOURCE_H
 
 #include "findings.h"
-#include "number.h"
 #include "word.h"
+
+#include <kit/numbertypes/number.h>
 
 #include <cstdint>
 #include <memory>
@@ -17,6 +18,9 @@
 #include <vector>
 
 namespace workbench::compiler {
+
+using kit::numbertypes::CNumber;
+using kit::numbertypes::NumberRange;
 
 /// What may be given, and where it is.
 template <typename T>

@@ -4,6 +4,7 @@
 
 #include <kit/text/utf8.h>
 
+#include <kit/text/number.h>
 #include <kit/tomlsyntax/tomlsyntax.h>
 
 #include <algorithm>
@@ -98,7 +99,7 @@ std::optional<CNumber> CTableReader::Number(const toml::node & node, const std::
     if (const auto * number = node.as_integer())
         return CNumber(number->get());
     if (const auto * text = node.as_string())   // TOML's own whole numbers end at 9223372036854775807
-        if (const auto number = UnsignedOfText(text->get()))
+        if (const auto number = kit::text::ParseWithPrefix(text->get()))
             return CNumber::Unsigned(*number);
     Mismatch(node, name, "a whole number");
     return std::nullopt;

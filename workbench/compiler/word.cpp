@@ -1,33 +1,42 @@
 #include "word.h"
 
 #include <configtools/keywords.h>
-#include <configtools/metadataprovider.h>
+#include <configtools/numbertypes.h>
+#include <kit/reading/devices.h>
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <cstddef>
 
 namespace workbench::compiler {
 
 namespace {
 
-namespace keywords = VrexZynConfigTools::keywords;
+using namespace VrexZynConfigTools;
 
-constexpr std::array TYPES = {
-    TypeWord{ keywords::TYPE_UINT8, Kind::Number, 8, false },
-    TypeWord{ keywords::TYPE_UINT16, Kind::Number, 16, false },
-    TypeWord{ keywords::TYPE_UINT32, Kind::Number, 32, false },
-    TypeWord{ keywords::TYPE_UINT64, Kind::Number, 64, false },
-    TypeWord{ keywords::TYPE_INT8, Kind::Number, 8, true },
-    TypeWord{ keywords::TYPE_INT16, Kind::Number, 16, true },
-    TypeWord{ keywords::TYPE_INT32, Kind::Number, 32, true },
-    TypeWord{ keywords::TYPE_INT64, Kind::Number, 64, true },
+constexpr std::array OTHER_TYPES = {
     TypeWord{ keywords::TYPE_INTEGER, Kind::Number, 0, true },
     TypeWord{ keywords::TYPE_STRING, Kind::Text, 0, false },
     TypeWord{ keywords::TYPE_OCTET_STRING, Kind::Octets, 0, false },
     TypeWord{ "enum", Kind::Enumeration, 0, false },
     TypeWord{ "struct", Kind::Structure, 0, false },
 };
+
+// Unsigned numbers first, as messages list them: most keys are of these.
+constexpr auto MakeTypes()
+{
+    std::array<TypeWord, NUMBER_TYPES.size() + OTHER_TYPES.size()> types{};
+    std::size_t count = 0;
+    for (const bool isSigned : { false, true })
+        for (const NumberType & type : NUMBER_TYPES)
+            if (type.mIsSigned == isSigned)
+                types[count++] = { type.mKeyword, Kind::Number, type.mBits, isSigned };
+    for (const TypeWord & type : OTHER_TYPES)
+        types[count++] = type;
+    return types;
+}
+
+constexpr auto TYPES = MakeTypes();
 
 bool IsDigit(char character)
 {
@@ -37,11 +46,6 @@ bool IsDigit(char character)
 bool IsLetter(char character)
 {
     return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
-}
-
-bool IsBlank(char character)
-{
-    return character == ' ' || character == '\t' || character == '\n' || character == '\r';
 }
 
 bool IsOfNameCharacters(std::string_view text)
@@ -61,10 +65,9 @@ std::vector<std::string> MakeTypeWords()
 
 std::vector<std::string> MakeSubsystemWords()
 {
-    using namespace VrexZynConfigTools;
     std::vector<std::string> words;
-    for (int number = SUBSYSTEM_CURATOR; number <= SUBSYSTEM_PSAUDIO; ++number)
-        words.push_back(CSubsystemInfo::GetSubsystemType(static_cast<SubSystemTypeEnum>(number)));
+    for (const kit::reading::TagWord & word : kit::reading::SubsystemWords())
+        words.push_back(word.mWord);
     return words;
 }
 
@@ -103,14 +106,6 @@ const std::vector<std::string> & SubsystemWords()
     return words;
 }
 
-std::string Lowered(std::string_view text)
-{
-    std::string lowered(text);
-    std::transform(lowered.begin(), lowered.end(), lowered.begin(),
-        [](char each) { return each >= 'A' && each <= 'Z' ? static_cast<char>(each - 'A' + 'a') : each; });
-    return lowered;
-}
-
 bool IsName(std::string_view text)
 {
     return !text.empty() && IsLetter(text.front()) && IsOfNameCharacters(text);
@@ -120,49 +115,6 @@ bool IsEnumeratorName(std::string_view text)
 {
     return !text.empty() && (IsLetter(text.front()) || IsDigit(text.front())) && IsOfNameCharacters(text) &&
            !std::all_of(text.begin(), text.end(), IsDigit);
-}
-
-std::optional<std::uint64_t> UnsignedOfText(std::string_view text)
-{
-    const bool isHex = text.substr(0, 2) == "0x";
-    if (isHex)
-        text.remove_prefix(2);
-    std::uint64_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, isHex ? 16 : 10);
-    const bool isNumber = !text.empty() && error == std::errc() && end == text.data() + text.size();
-    return isNumber ? std::optional(number) : std::nullopt;
-}
-
-std::optional<std::string> BytesOfHex(std::string_view text)
-{
-    std::string bytes;
-    while (!text.empty()) {
-        if (IsBlank(text.front())) {
-            text.remove_prefix(1);
-            continue;
-        }
-        unsigned int byte = 0;
-        const std::string_view pair = text.substr(0, 2);
-        const auto [end, error] = std::from_chars(pair.data(), pair.data() + pair.size(), byte, 16);
-        if (pair.size() < 2 || error != std::errc() || end != pair.data() + 2)
-            return std::nullopt;
-        bytes += static_cast<char>(byte);
-        text.remove_prefix(2);
-    }
-    return bytes;
-}
-
-std::string HexText(std::string_view bytes)
-{
-    static constexpr char DIGITS[] = "0123456789abcdef";
-    std::string text;
-    for (const char character : bytes) {
-        const auto byte = static_cast<unsigned char>(character);
-        text += text.empty() ? "" : " ";
-        text += DIGITS[byte >> 4];
-        text += DIGITS[byte & 0x0F];
-    }
-    return text;
 }
 
 }   // namespace workbench::compiler
