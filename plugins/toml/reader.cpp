@@ -5,9 +5,9 @@
 #include <kit/reporting/channel.h>
 #include <kit/tomlsyntax/tomlsyntax.h>
 
-#include <algorithm>
 #include <iterator>
 #include <memory>
+#include <set>
 #include <utility>
 
 namespace tomlconfig {
@@ -77,11 +77,10 @@ std::optional<FileContent> CTomlReader::ReadContent(IConfigContext & context)
 void CTomlReader::NoteRomStores(const FileContent & content)
 {
     ClearStoreList(mRomStores);
+    std::set<std::uint16_t> known;
     for (const Subsystem & subsystem : content.mSubsystems) {
         const auto store = static_cast<std::uint16_t>(subsystem.mPlace.mStore.value_or(0));
-        const bool isKnown = std::any_of(mRomStores.begin(), mRomStores.end(),
-            [store](const CStoreInfo * known) { return known->StoreId() == store; });
-        if (subsystem.mPlace.mDevice != DEVICE_ROM || store == 0 || isKnown)
+        if (subsystem.mPlace.mDevice != DEVICE_ROM || store == 0 || !known.insert(store).second)
             continue;
         const auto order = static_cast<std::uint16_t>(mRomStores.size() + 1);
         auto info = std::make_unique<CStoreInfo>(

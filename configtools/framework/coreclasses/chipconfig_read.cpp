@@ -34,6 +34,14 @@ CStoreInfo UnmeasuredStore(IStoreManager::DEVICE device, std::uint16_t storeId, 
     return { device, storeId, UNKNOWN_STORE_SIZE, CStoreInfo::INVALID_STORE_SIZE, 0, order, false };
 }
 
+// What makes two descriptions those of one store.
+using StoreIdentity = std::pair<IStoreManager::DEVICE, std::uint16_t>;
+
+StoreIdentity IdentityOf(const CStoreInfo & store)
+{
+    return { store.DeviceId(), store.StoreId() };
+}
+
 }   // namespace
 
 void CChipConfig::PrepareForChip(unsigned short chip)
@@ -45,7 +53,7 @@ void CChipConfig::PrepareForChip(unsigned short chip)
     if ((chip & 0xFFU) == CHIP_WITHOUT_STORES)
         return;
     for (std::uint16_t number = 1; number <= MAX_LAYERS; ++number)
-        MergeStoreInfo(mStores, UnmeasuredStore(IStoreManager::DEVICE_EEPROM, number, number));
+        MergeStoreInfo(UnmeasuredStore(IStoreManager::DEVICE_EEPROM, number, number), nullptr);
 }
 
 void CChipConfig::OnReadStarted(IConfigReader & /*reader*/, IConfigContext & /*context*/)
@@ -63,7 +71,10 @@ void CChipConfig::OnSubsystemFound(IConfigReader & reader, IConfigContext & cont
     // A store of device 0, "rom", or of no device is never recorded here, intended: only a store manager reports it.
     if (device >= 1 && store != 0 && mStores.size() < MAX_LAYERS) {
         const auto order = static_cast<std::uint16_t>(mStores.size() + 1);
-        MergeStoreInfo(mStores, UnmeasuredStore(static_cast<IStoreManager::DEVICE>(device), store, order));
+        const CStoreInfo found = UnmeasuredStore(static_cast<IStoreManager::DEVICE>(device), store, order);
+        const auto known = std::find_if(mStores.begin(), mStores.end(),
+            [&found](const CStoreInfo * other) { return IdentityOf(*other) == IdentityOf(found); });
+        MergeStoreInfo(found, known != mStores.end() ? *known : nullptr);
     }
     reader.SetElementObserver(subsystem);
 }
@@ -91,33 +102,35 @@ void CChipConfig::SyncStoresFromCaller(IConfigReader & reader, IConfigContext & 
         ZYN_TRACE(3, "The IConfigReader object does not implement IStoreManager");
         return;
     }
+    // By identity, since a manager may report thousands, although more than 15 leave a chip without layers.
+    std::map<StoreIdentity, CStoreInfo *> known;
+    for (CStoreInfo * store : mStores)
+        known.emplace(IdentityOf(*store), store);
     for (const CStoreInfo * store : manager->Stores(context)) {
-        if (store != nullptr)
-            MergeStoreInfo(mStores, *store);
+        if (store == nullptr)
+            continue;
+        CStoreInfo *& same = known[IdentityOf(*store)];
+        same = &MergeStoreInfo(*store, same);
     }
 }
 
-// Completes the entry of the same store with what was not known, or appends a copy of the store.
-void CChipConfig::MergeStoreInfo(std::list<CStoreInfo *> & stores, const CStoreInfo & store)
+// Completes the known entry of the same store with what was not known; without one appends a copy of the store.
+CStoreInfo & CChipConfig::MergeStoreInfo(const CStoreInfo & store, CStoreInfo * known)
 {
     ZYN_SENTRY("VrexZynConfigTools::CChipConfig::MergeStoreInfo");
 
-    const auto found = std::find_if(stores.begin(), stores.end(), [&store](const CStoreInfo * known) {
-        return known != nullptr && known->DeviceId() == store.DeviceId() && known->StoreId() == store.StoreId();
-    });
-    if (found == stores.end()) {
+    if (known == nullptr) {
         auto added = std::make_unique<CStoreInfo>(store);
-        stores.push_back(added.get());
-        added.release();   // the list owns it now
-        return;
+        mStores.push_back(added.get());
+        return *added.release();   // the list owns it now
     }
-    CStoreInfo & known = **found;
-    if (known.StoreSize() == UNKNOWN_STORE_SIZE)
-        known.SetStoreSize(store.StoreSize());
-    if (known.StoreSizeFree() == CStoreInfo::INVALID_STORE_SIZE)
-        known.SetStoreSizeFree(store.StoreSizeFree());
-    if (!known.Paired())
-        known.SetPaired(store.Paired());
+    if (known->StoreSize() == UNKNOWN_STORE_SIZE)
+        known->SetStoreSize(store.StoreSize());
+    if (known->StoreSizeFree() == CStoreInfo::INVALID_STORE_SIZE)
+        known->SetStoreSizeFree(store.StoreSizeFree());
+    if (!known->Paired())
+        known->SetPaired(store.Paired());
+    return *known;
 }
 
 void CChipConfig::OrderStoresByDevice()

@@ -171,7 +171,7 @@ private:
     template <typename VisitT>
     void VisitSelected(IConfigContext & context, VisitT isAnswer) const;
     void SyncStoresFromCaller(IConfigReader & reader, IConfigContext & context);
-    static void MergeStoreInfo(std::list<CStoreInfo *> & stores, const CStoreInfo & store);
+    CStoreInfo & MergeStoreInfo(const CStoreInfo & store, CStoreInfo * known);
     void OrderStoresByDevice();
     bool AssignLayers();
     void AdoptLayerKeys(bool isLayered);
