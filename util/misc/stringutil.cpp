@@ -55,8 +55,12 @@ std::string ToLower(std::string aText)
     std::string result = std::move(aText);
     ZYN_SENTRY_RESULT("stringutil::ToLower", result);
 
-    for (char & character : result)
-        character = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
+    for (char & character : result) {
+        // No locale changes any other byte of ASCII, and most texts have no others.
+        const auto byte = static_cast<unsigned char>(character);
+        if ((byte >= 'A' && byte <= 'Z') || byte > 127)
+            character = static_cast<char>(std::tolower(byte));
+    }
     return result;
 }
 
