@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <string_view>
+#include <typeinfo>
 
 namespace VrexZynConfigTools {
 
@@ -123,12 +124,19 @@ const std::vector<IPayload *> CHelper::RetrieveApplicablePayload(IMetadataProvid
 {
     ZYN_SENTRY("VrexZynConfigTools::CHelper::RetrieveApplicablePayload");
 
-    for (int layer = TOP_LAYER; layer >= 0; --layer) {
+    std::vector<IPayload *> payloads;
+    int layer = TOP_LAYER;
+    const bool isChip = typeid(elements) == typeid(CChipConfig);
+    if (isChip && static_cast<const CChipConfig &>(elements).FindTopmostValue(key, context, layer, payloads)) {
         context.SetTag(keywords::TAG_LAYER_NUMBER, std::to_string(layer));
-        std::vector<IPayload *> payloads = PayloadsOf(elements, key, context);
-        if (!payloads.empty())
-            return payloads;
+    } else {
+        for (; payloads.empty() && layer >= 0; --layer) {
+            context.SetTag(keywords::TAG_LAYER_NUMBER, std::to_string(layer));
+            payloads = PayloadsOf(elements, key, context);
+        }
     }
+    if (!payloads.empty())
+        return payloads;
     if (!mDefaults.HasElements()) {
         if (auto * const reader = dynamic_cast<IConfigReader *>(&provider))
             ReadAll(*reader, context, mDefaults);

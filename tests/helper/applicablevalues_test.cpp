@@ -20,6 +20,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace VrexZynConfigTools {
@@ -220,6 +221,64 @@ TEST_F(ApplicableValue, comes_from_the_layers_of_a_real_chip)
     EXPECT_EQ(mContext.GetTag("layernumber"), "2");
     EXPECT_EQ(Value(provider, chip, "only below"), "9");
     EXPECT_EQ(mContext.GetTag("layernumber"), "1");
+}
+
+/// Asks a chip for each layer.
+class AskingChip : public IElementProvider
+{
+public:
+    explicit AskingChip(const CChipConfig & chip)
+        : mChip(chip)
+    {}
+    const CElement & Element(const std::string & name, IConfigContext & context) const override
+    {
+        return mChip.Element(name, context);
+    }
+    const CElement & Element(std::uint32_t id, IConfigContext & context) const override
+    {
+        return mChip.Element(id, context);
+    }
+
+private:
+    const CChipConfig & mChip;
+};
+
+TEST_F(ApplicableValue, of_a_chip_is_the_same_as_by_asking_for_each_layer)
+{
+    CChipConfig chip;
+    support::StoreReportingReader reader;
+    std::uint32_t value = 0;
+    for (std::uint16_t store = 1; store <= 15; ++store) {
+        reader.Reports(IStoreManager::DEVICE_EEPROM, store);
+        ASubsystem subsystem;
+        std::move(subsystem).Tagged("subsystemtype=3").In(IStoreManager::DEVICE_EEPROM, store);
+        for (int key = 0; key < 20; ++key) {
+            const std::string name = std::string(1, static_cast<char>('a' + key));
+            if (++value % 7 == 0)
+                std::move(subsystem).Holding(AnElement(100).Named(name).Number(value).Build().release());
+            else if (value % 5 == 0)
+                std::move(subsystem).Holding(new CElementStruct(100, name, true));
+        }
+        reader.Delivers(std::move(subsystem));
+    }
+    reader.ReadInto(chip);
+
+    InOwnProcess([&] {
+        DefaultsProvider provider;
+        const AskingChip literal(chip);
+        for (const char * tags :
+            { "chip=", "layerfilter=5", "layerfilter=", "subsystemtype=2", "subsystemtype=3" }) {
+            mContext.Parse(tags);
+            for (const char * key :
+                { "a", "b", "c", "d", "e", "f", "g", "G", "t", "unknown", "100", "a.1", "" }) {
+                const std::string expected = Value(provider, literal, key);
+                const std::string layer = mContext.GetTag("layernumber");
+                mContext.SetTag("layernumber", std::string("4"));
+                EXPECT_EQ(Value(provider, chip, key), expected) << tags << ", " << key;
+                EXPECT_EQ(mContext.GetTag("layernumber"), layer) << tags << ", " << key;
+            }
+        }
+    });
 }
 
 TEST_F(ApplicableValue, of_a_key_set_nowhere_is_its_default)

@@ -9,6 +9,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace VrexZynConfigTools {
 
@@ -31,14 +32,14 @@ struct CChipConfig::KeySearch
             mKey.emplace(CElementIndex::KeyOf(*name));
     }
 
-    const CElement & In(CSubsystemConfig & subsystem) const
+    CElement & In(CSubsystemConfig & subsystem) const
     {
         if (mName == nullptr)
             return subsystem.Element(mId);
         CElementIndex & index = *subsystem.mIndex;
         if (!mKey->mIsPlainText || !index.IsExact())
             return subsystem.Element(*mName);
-        const CElement * const found = index.FirstPlainNamed(*mKey);
+        CElement * const found = index.FirstPlainNamed(*mKey);
         return found != nullptr ? *found : CNullElement::Ref();
     }
 
@@ -85,6 +86,30 @@ const CElement & CChipConfig::GetElement(
     }
     VisitSelected(context, isAnswer);
     return *element;
+}
+
+// What lookups by name find that are made with the layer numbers 15 to 0 in turn, without writing each of them into the
+// context. With a filter the number of the layer has another meaning, so that they must be made.
+bool CChipConfig::FindTopmostValue(
+    const std::string & name, IConfigContext & context, int & layer, std::vector<IPayload *> & payloads) const
+{
+    bool result = false;
+    ZYN_SENTRY_RESULT("VrexZynConfigTools::CChipConfig::FindTopmostValue", result);
+
+    CSelectedLayers * const layers = CContextFacts::LayersOf(context);
+    if (layers == nullptr || layers->Range(context).mTop != CSelectedLayers::OWN_LAYER)
+        return result;
+    layers->Use(mStamp);
+    const KeySearch search(&name, 0);
+    layer = CSelectedLayers::TOP_LAYER;
+    for (; payloads.empty() && layer >= 0; --layer) {
+        CSubsystemConfig * const subsystem = layers->At(layer, context, mSubsystems);
+        CElement & element = subsystem != nullptr ? search.In(*subsystem) : CNullElement::Ref();
+        if (&element != &CNullElement::Ref())
+            payloads = element.GetPayloadCopy(false);
+    }
+    ++layer;
+    return result = true;
 }
 
 // The literal lookup: a context of a foreign class is asked for one layer after the other, down to the answer.

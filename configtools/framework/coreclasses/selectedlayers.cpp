@@ -66,13 +66,16 @@ void CSelectedLayers::Find(std::size_t layer, IConfigContext & context, const Su
 
 void CSelectedLayers::OnTagsChanged(const std::string * key) noexcept
 {
-    mRange.reset();
     if (key != nullptr && *key == keywords::TAG_LAYER_NUMBER) {
-        mKnown &= ~OWN_LAYER_BIT;   // the other layers have their numbers by themselves
+        // The other layers have their numbers by themselves, and without a filter the range is the own layer still.
+        mKnown &= ~OWN_LAYER_BIT;
+        if (mRange && mRange->mTop == OWN_LAYER)
+            return;
     } else {
         mKnown = 0;
         mKeyHead.clear();
     }
+    mRange.reset();
 }
 
 }   // namespace VrexZynConfigTools

@@ -167,6 +167,9 @@ private:
     friend class CWinnerLedger;
     static CSubsystemConfig & DiscardingSubsystem();
     CSubsystemConfig * FindSubsystem(IConfigContext & context);
+    friend class CHelper;
+    bool FindTopmostValue(const std::string & name, IConfigContext & context, int & layer,
+        std::vector<IPayload *> & payloads) const;
     struct KeySearch;
     template <typename VisitT>
     void VisitSelected(IConfigContext & context, VisitT isAnswer) const;
